@@ -1,0 +1,21 @@
+#pragma once
+// What the effect says of itself. The property resource that the host reads before it loads the code must
+// carry the same words.
+#include "hostapi/constants.h"
+
+namespace zam {
+
+inline constexpr char kEffectName[] = "Zam";
+inline constexpr int kMajorVersion = 1, kMinorVersion = 1, kBugfixVersion = 1;
+inline constexpr char kCreditLine[] = "Exact haze, solved in closed form. Visualize 3D Lights";
+
+inline constexpr A_u_long kVersionWord =
+    (kMajorVersion << PF_Vers_VERS_SHIFT) | (kMinorVersion << PF_Vers_SUBVERS_SHIFT) |
+    (kBugfixVersion << PF_Vers_BUGFIX_SHIFT) | (PF_Stage_RELEASE << PF_Vers_STAGE_SHIFT);
+inline constexpr PF_OutFlags kOutFlags =
+    PF_OutFlag_KEEP_RESOURCE_OPEN | PF_OutFlag_DEEP_COLOR_AWARE | PF_OutFlag_SEND_UPDATE_PARAMS_UI;
+// The host renders again when the camera or a light changes. deliberate: groups' collapsed bits are not
+// announced
+inline constexpr PF_OutFlags2 kOutFlags2 = PF_OutFlag2_I_USE_3D_CAMERA | PF_OutFlag2_I_USE_3D_LIGHTS;
+
+}  // namespace zam

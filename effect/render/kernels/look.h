@@ -1,0 +1,37 @@
+#pragma once
+// From sums of light to channel codes: the "Look" curves and the coding of a channel.
+#include <cstdint>
+#include <limits>
+
+#include "effect/render/kernels/lanes.h"
+
+namespace zam {
+
+enum class Look : std::int32_t { weak = 1, linear, natural, strong, adjustable_linear, adjustable_natural };
+
+// Squared before it is added: each light's values in these looks.
+inline bool SquaresLights(std::int32_t look) {
+    const Look l{look};
+    return l == Look::weak || l == Look::natural || l == Look::adjustable_natural;
+}
+
+// The final curve of one sum. Chosen by ranges: below 3 cut off, 3 and 4 the square root, above 4 the power.
+template <class V, class M>
+V ShapeByLook(const M& maths, std::int32_t look, double invGamma, V v) {
+    const V full(1.0);
+    if (look < 3) return smaller(v, full);
+    return select(v > 1.0, full, look <= 4 ? maths.sqrt(v) : maths.pow(v, invGamma));
+}
+
+// Channel code of a value in units of full scale, rounded half up: the low bits of the integer part of
+// value * full_scale + 0.5. What no 32-bit integer holds gets the nearest end of the scale, a not-a-number 0.
+template <class Channel>
+Channel ChannelCode(double value, double full_scale) {
+    const double scaled = value * full_scale + 0.5;
+    if (!(scaled > static_cast<double>(std::numeric_limits<std::int32_t>::min()))) return 0;
+    if (scaled > static_cast<double>(std::numeric_limits<std::int32_t>::max()))
+        return static_cast<Channel>(full_scale);
+    return static_cast<Channel>(static_cast<std::uint32_t>(static_cast<std::int32_t>(scaled)));
+}
+
+}  // namespace zam

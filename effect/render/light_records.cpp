@@ -1,0 +1,169 @@
+#include "effect/render/light_records.h"
+
+#include <limits>
+
+#include "effect/scene/matrix.h"
+
+namespace zam {
+namespace {
+
+Vec3 ToVec3(const double (&v)[3]) { return {v[0], v[1], v[2]}; }
+Vec3 operator+(const Vec3& a, const Vec3& b) { return {a.x + b.x, a.y + b.y, a.z + b.z}; }
+Vec3 operator-(const Vec3& a, const Vec3& b) { return {a.x - b.x, a.y - b.y, a.z - b.z}; }
+Vec3 operator*(double s, const Vec3& v) { return {s * v.x, s * v.y, s * v.z}; }
+Vec3 operator/(const Vec3& v, double s) { return {v.x / s, v.y / s, v.z / s}; }
+
+double RadiusOf(const LightControls& controls, const LightDescription& light) {
+    switch (controls.individual) {
+        case Individual::intensity:
+            return controls.radius * light.intensity;
+        case Individual::shadow_darkness:
+            return controls.radius * light.shadowDarkness;
+        case Individual::shadow_diffusion:
+            return controls.radius + light.shadowDiffusion;
+        case Individual::none:
+            break;
+    }
+    return controls.radius;
+}
+
+using DescribeLight = A_Err (*)(PF_InData*, A_long, A_u_long, LightDescription*, int, bool, bool,
+                                const char*);
+
+template <class Fill>
+void ReadLights(PF_InData* in_data, int light_type, DescribeLight describe, const LightControls& controls,
+                const LightFilters& filters, LightDescription* description,
+                HostArray<_VisLightStruct>* lights, _LightData* settings, Fill fill_rest) {
+    const int count = GetNoLights(in_data, light_type);
+    if (count <= 0) {
+        settings->model = 1;  // "Off"
+        return;
+    }
+    if (!lights->Allocate(static_cast<std::size_t>(count))) return;
+    for (int index = 0; index < count; ++index) {
+        describe(in_data, filters.time, filters.time_scale, description, index, filters.use_on,
+                 filters.use_off, filters.prefix);
+        const LightDescription& light = *description;
+        const double own = controls.use_lights_intensity ? light.intensity : 1.0;
+        _VisLightStruct& record = lights->get()[settings->count];
+        record.pos = ToVec3(light.pos);
+        record.color = ToVec3(light.color);
+        record.intensity = controls.intensity * own;
+        record.radius = RadiusOf(controls, light);
+        fill_rest(light, own, &record);
+        if (light.intensity != 0.0 && record.radius >= 0.0) ++settings->count;
+    }
+}
+
+Vec3 Transform(const A_Matrix4& matrix, const Vec3& v) {
+    const double in[4] = {v.x, v.y, v.z, 1.0};
+    double out[4];
+    TransformPoint4(in, &matrix, out);
+    return {out[0], out[1], out[2]};
+}
+
+// Toward zero, held to the 32-bit range; a not-a-number becomes 0.
+std::int32_t Truncate(double v) {
+    constexpr double kMin = std::numeric_limits<std::int32_t>::min(),
+                     kMax = std::numeric_limits<std::int32_t>::max();
+    if (v != v) return 0;
+    return static_cast<std::int32_t>(v < kMin ? kMin : v > kMax ? kMax : v);
+}
+
+// Where the light's cone gets smooth edges. deliberate: the box grows with the light's intensity, not with
+// its cone, and that of an apex behind the camera is inside out
+void SetScreenBox(const Projection& view, double spotScale, const _VisLightStruct& light, _OptSpotData* opt) {
+    const Vec3& p = light.pos;
+    double half = 0.0;
+    opt->screenX = opt->screenY = 0.0;
+    if (p.z != 0.0) {
+        opt->screenX = view.width * 0.5 + view.downsample_x * p.x / p.z * view.zoom;
+        opt->screenY = view.height * 0.5 + view.downsample_y * p.y / p.z * view.zoom;
+        half = (spotScale * light.intensity - 1.0) * 0.5 / p.z * view.zoom * view.downsample_x;
+    }
+    opt->screenLeft = Truncate(opt->screenX + 0.5 - half);
+    opt->screenRight = Truncate(opt->screenX + 0.5 + half);
+    opt->screenTop = Truncate(opt->screenY + 0.5 - half);
+    opt->screenBottom = Truncate(opt->screenY + 0.5 + half);
+}
+
+}  // namespace
+
+void ReadPointLights(PF_InData* in_data, const LightControls& controls, const LightFilters& filters,
+                     LightDescription* description, HostArray<_VisLightStruct>* lights,
+                     _LightData* settings) {
+    ReadLights(in_data, AEGP_LightType_POINT, GetPointLight, controls, filters, description, lights, settings,
+               [&](const LightDescription&, double own, _VisLightStruct* record) {
+                   record->sourceIntensity = controls.source_intensity * own;
+               });
+}
+
+void ReadSpotLights(PF_InData* in_data, const LightControls& controls, const LightFilters& filters,
+                    LightDescription* description, HostArray<_VisLightStruct>* lights, _LightData* settings) {
+    ReadLights(in_data, AEGP_LightType_SPOT, GetSpotLight, controls, filters, description, lights, settings,
+               [](const LightDescription& light, double, _VisLightStruct* record) {
+                   record->dir = ToVec3(light.dir);
+                   record->coneAngle = light.coneAngle;
+                   record->coneFeather = light.coneFeather;
+               });
+}
+
+void PreparePoints(const HostMaths& maths, const Projection& projection, double softKSq,
+                   const _LightData& settings, _VisLightStruct* lights, _OptPointData* opt) {
+    for (int i = 0; i < settings.count; ++i) {
+        _VisLightStruct& light = lights[i];
+        light.pos = Transform(projection.camera_from_world, light.pos);
+        const double dist_sq = dot(light.pos, light.pos);
+        const double diameter = 2.0 * light.radius;
+        opt[i].distSqMinusRadiusSq = dist_sq - light.radius * light.radius;
+        opt[i].distSqMinusSourceRadiusSq = dist_sq - settings.sourceRadius * settings.sourceRadius;
+        opt[i].dist = maths.sqrt(dist_sq);
+        opt[i].colorOverDiameter = (light.intensity * light.color) / diameter;
+        opt[i].intensityOverDiameter = light.intensity / diameter;
+        opt[i].softDenominator = 4.0 * (dist_sq + softKSq);
+        opt[i].colorIntensity = light.intensity * light.color;
+    }
+}
+
+void PrepareSpots(const HostMaths& maths, const Projection& projection, double spotScale,
+                  const ReachPlane& reach, _LightData* settings, _VisLightStruct* lights, _OptSpotData* opt) {
+    const A_Matrix4& camera_from_world = projection.camera_from_world;
+    if (settings->reachActive) {
+        const Vec3 point = Transform(camera_from_world, reach.point);
+        const Vec3 normal = Transform(camera_from_world, reach.point + reach.direction) - point;
+        settings->reachPoint = point;
+        settings->reachNormal = normal / maths.sqrt(dot(normal, normal));
+    }
+
+    for (int i = 0; i < settings->count; ++i) {
+        _VisLightStruct& light = lights[i];
+        const Vec3 p = Transform(camera_from_world, light.pos);
+        const Vec3 d = Transform(camera_from_world, light.pos + light.dir) - p;
+        light.pos = p;
+        light.dir = d;  // deliberate: not normalised
+
+        _OptSpotData& o = opt[i];
+        o.distSq = dot(p, p);
+        o.dist = maths.sqrt(o.distSq);
+        o.cosOuter = maths.cos(light.coneAngle * 0.5);
+        o.cosInner = maths.cos(light.coneAngle * 0.5 * (1.0 - light.coneFeather));
+        o.cosOuterSq = o.cosOuter * o.cosOuter;
+        o.cosInnerSq = o.cosInner * o.cosInner;
+        o.axisDotPos = dot(d, p);
+        o.coneCInner = o.axisDotPos * o.axisDotPos - o.cosInnerSq * o.distSq;
+        o.coneCOuter = o.axisDotPos * o.axisDotPos - o.cosOuterSq * o.distSq;
+        SetScreenBox(projection, spotScale, light, &o);
+
+        o.startPlane = dot(d, p + settings->startDistance * d);
+        if (!settings->reachActive) {
+            o.endPlane = dot(d, p + light.radius * d);
+        } else {
+            const Vec3 &point = settings->reachPoint, &normal = settings->reachNormal;
+            const bool behind = settings->reachBothSides && dot(point - p, normal) < 0.0;
+            o.endSign = behind ? -1.0 : 1.0;
+            o.endPlane = dot(normal, point) * o.endSign;
+        }
+    }
+}
+
+}  // namespace zam

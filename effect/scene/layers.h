@@ -1,0 +1,79 @@
+#pragma once
+// Walking the layers of the effect's composition, with either version of the layer suite.
+#include "effect/scene/suites.h"
+
+namespace zam {
+
+inline constexpr int kNoLight = -1;
+
+// Which layer suite a walk uses.
+struct WithLayer5 {
+    static const AEGP_LayerSuite1* of(const AEGP_SuiteHandler& suites) { return suites.Layer5(); }
+};
+struct WithLayer8 {
+    static const AEGP_LayerSuite3* of(const AEGP_SuiteHandler& suites) { return suites.Layer8(); }
+};
+
+// The layer that carries the effect and its composition.
+template <class With>
+A_Err GetEffectLayerAndComp(const AEGP_SuiteHandler& suites, PF_InData* in_data, AEGP_LayerH* layer,
+                            AEGP_CompH* comp) {
+    if (const A_Err err = suites.PFInterface1()->AEGP_GetEffectLayer(in_data->effect_ref, layer)) return err;
+    return With::of(suites)->AEGP_GetLayerParentComp(*layer, comp);
+}
+
+// Calls visit(layer, index) from the top of the stack down; stops at the first error, be it the host's or the
+// visitor's, and returns it. Null layers are passed over.
+template <class With, class Visit>
+A_Err ForEachLayer(const AEGP_SuiteHandler& suites, AEGP_CompH comp, Visit visit) {
+    A_long count = 0;
+    if (const A_Err err = With::of(suites)->AEGP_GetCompNumLayers(comp, &count)) return err;
+    for (A_long index = 0; index < count; ++index) {
+        AEGP_LayerH layer = nullptr;
+        if (const A_Err err = With::of(suites)->AEGP_GetCompLayerByIndex(comp, index, &layer)) return err;
+        if (!layer) continue;
+        if (const A_Err err = visit(layer, index)) return err;
+    }
+    return A_Err_NONE;
+}
+
+// The layer's light type, kNoLight for a layer of another kind.
+template <class With>
+A_Err GetLightTypeOf(const AEGP_SuiteHandler& suites, AEGP_LayerH layer, int* type) {
+    *type = kNoLight;
+    AEGP_ObjectType object = AEGP_ObjectType_NONE;
+    if (const A_Err err = With::of(suites)->AEGP_GetLayerObjectType(layer, &object)) return err;
+    if (object != AEGP_ObjectType_LIGHT) return A_Err_NONE;
+    AEGP_LightType light_type = 0;
+    if (const A_Err err = suites.Light1()->AEGP_GetLightType(layer, &light_type)) return err;
+    *type = static_cast<int>(light_type);
+    return A_Err_NONE;
+}
+
+// A layer's own name, always terminated; empty when it has none.
+struct LayerName {
+    A_char text[AEGP_MAX_LAYER_NAME_SIZE] = {};
+};
+template <class With>
+A_Err GetLayerNameOf(const AEGP_SuiteHandler& suites, AEGP_LayerH layer, LayerName* name) {
+    *name = {};
+    const A_Err err = With::of(suites)->AEGP_GetLayerName(layer, name->text, nullptr);
+    name->text[AEGP_MAX_LAYER_NAME_SIZE - 1] = '\0';
+    return err;
+}
+
+// A layer's stream at a composition time, after expressions. `value` is written only on success.
+inline A_Err GetStreamAt(const AEGP_SuiteHandler& suites, AEGP_LayerH layer, AEGP_LayerStream stream,
+                         const A_Time& comp_time, AEGP_StreamVal* value) {
+    AEGP_StreamVal read{};
+    const A_Err err = suites.Stream4()->AEGP_GetLayerStreamValue(layer, stream, AEGP_LTimeMode_CompTime,
+                                                                 &comp_time, false, &read, nullptr);
+    if (!err) *value = read;
+    return err;
+}
+
+inline double Seconds(const A_Time& time) {
+    return static_cast<double>(time.value) / static_cast<double>(time.scale);
+}
+
+}  // namespace zam
