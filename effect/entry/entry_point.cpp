@@ -28,8 +28,7 @@ PF_Err GlobalSetup(PF_InData* in_data, PF_OutData* out_data) {
 }
 
 PF_Err GlobalSetdown(PF_InData* in_data, PF_OutData* out_data) {
-    LockHostHandle(in_data, in_data->global_data);
-    UnlockHostHandle(in_data, in_data->global_data);
+    { const LockedHandle locked_once(in_data, in_data->global_data); }
     DisposeHostHandle(in_data, in_data->global_data);
     out_data->global_data = nullptr;
     return PF_Err_NONE;

@@ -18,8 +18,10 @@ constexpr char kSuiteName[] = "PF Param Utils Suite";
 class ParamUtils {
   public:
     ParamUtils(PF_InData* in_data, PF_OutData* out_data) : in_data_(in_data), out_data_(out_data) {
-        for (int version : {1, 2}) {
-            if (!suite_ && (suite_ = TryAcquireSuite(in_data, kSuiteName, version))) version_ = version;
+        for (const int version : {1, 2}) {
+            if (suite_) break;
+            suite_ = TryAcquireSuite(in_data, kSuiteName, version);
+            if (suite_) version_ = version;
         }
         if (suite_) return;
         AEFX_AcquireSuite(in_data, out_data, kSuiteName, 3, "Failed to acquire suite.", &suite_);
@@ -74,19 +76,30 @@ bool RefreshReachLayer(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* pa
     return true;
 }
 
-// Tells the host of every control that can be greyed, changed or not, in this order.
-void GreyControls(const ParamUtils& utils, PF_ParamDef* params[]) {
-    const PointModel point{ChoiceValue(params, kPointLightModel)};
-    const SpotModel spot{ChoiceValue(params, kSpotLightModel)};
-    const Look look{ChoiceValue(params, kLook)};
-    const bool layer_reach = BoxValue(params, kReachCompLayer);
+// What the greying goes by.
+struct Choices {
+    PointModel point;
+    SpotModel spot;
+    Look look;
+    bool layer_reach;
+};
 
+Choices ReadChoices(PF_ParamDef* const params[]) {
+    return {PointModel{ChoiceValue(params, kPointLightModel)},
+            SpotModel{ChoiceValue(params, kSpotLightModel)}, Look{ChoiceValue(params, kLook)},
+            BoxValue(params, kReachCompLayer)};
+}
+
+// Tells the host of every control that can be greyed, changed or not, in this order.
+void GreyControls(const ParamUtils& utils, PF_ParamDef* params[], const Choices& choices) {
+    const PointModel point = choices.point;
+    const bool layer_reach = choices.layer_reach;
     const bool no_points = point == PointModel::off;
-    const bool no_spots = spot == SpotModel::off;
+    const bool no_spots = choices.spot == SpotModel::off;
     const bool no_glow = no_points || point == PointModel::source;
     const bool no_radius = point != PointModel::radius && point != PointModel::radius_source;
     const bool no_source = point != PointModel::radius_source && point != PointModel::source;
-    const bool no_gamma = look < Look::adjustable_linear;
+    const bool no_gamma = choices.look < Look::adjustable_linear;
 
     const struct {
         ControlIndex index;
@@ -120,6 +133,7 @@ void GreyControls(const ParamUtils& utils, PF_ParamDef* params[]) {
 
 void UpdateECW(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[], bool userChanged,
                PF_UserChangedParamExtra* extra) {
+    const Choices choices = ReadChoices(params);
     ParamUtils utils(in_data, out_data);
     if (!utils.available()) return;
     if (IsCurrentHost(in_data)) {
@@ -127,12 +141,12 @@ void UpdateECW(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[], 
             if (extra && extra->param_index == kSetReachLayer) PickReachLayer(in_data, params);
             out_data->out_flags |= PF_OutFlag_REFRESH_UI;
         }
-    } else if (BoxValue(params, kReachCompLayer) && RefreshReachLayer(in_data, out_data, params)) {
+    } else if (choices.layer_reach && RefreshReachLayer(in_data, out_data, params)) {
         utils.Keep();  // deliberate: on this path alone the suite is not released; the greying follows on the
                        // next call
         return;
     }
-    GreyControls(utils, params);
+    GreyControls(utils, params, choices);
     out_data->out_flags |= PF_OutFlag_REFRESH_UI;
 }
 

@@ -17,13 +17,14 @@ constexpr ControlRow GroupEnd(ControlIndex index, A_long id) {
     return {.index = index, .type = PF_Param_GROUP_END, .id = id, .name = ""};
 }
 
-constexpr ControlRow Popup(ControlIndex index, A_long id, const char* name, const char* choices, int first) {
+constexpr ControlRow Popup(ControlIndex index, A_long id, const char* name, const char* choices,
+                           int initial) {
     return {.index = index,
             .type = PF_Param_POPUP,
             .id = id,
             .name = name,
             .text = choices,
-            .choice_default = first};
+            .choice_default = initial};
 }
 
 constexpr ControlRow Box(ControlIndex index, A_long id, const char* name, const char* label, bool on,
@@ -39,7 +40,7 @@ constexpr ControlRow Box(ControlIndex index, A_long id, const char* name, const 
 
 // From `least` to `valid_max`, the slider itself to `slider_max`.
 constexpr ControlRow RawSlider(ControlIndex index, A_long id, const char* name, PF_Fixed least, int valid_max,
-                               int slider_max, int start) {
+                               int slider_max, int initial) {
     return {.index = index,
             .type = PF_Param_FIX_SLIDER,
             .id = id,
@@ -49,11 +50,11 @@ constexpr ControlRow RawSlider(ControlIndex index, A_long id, const char* name, 
             .valid_max = Fixed(valid_max),
             .slider_min = least,
             .slider_max = Fixed(slider_max),
-            .slider_default = Fixed(start)};
+            .slider_default = Fixed(initial)};
 }
 constexpr ControlRow Slider(ControlIndex index, A_long id, const char* name, int valid_max, int slider_max,
-                            int start) {
-    return RawSlider(index, id, name, 0, valid_max, slider_max, start);
+                            int initial) {
+    return RawSlider(index, id, name, 0, valid_max, slider_max, initial);
 }
 
 constexpr ControlRow LayerPicker(ControlIndex index, A_long id, const char* name) {
@@ -70,10 +71,8 @@ constexpr char kLooks[] = "Weak|Linear|Natural|Strong|Adjustable Linear|Adjustab
 // deliberate: about 0.001, kept as this raw value
 constexpr PF_Fixed kLeastGamma = 0x00000042;
 
-}  // namespace
-
 // deliberate: ids out of order, without 10 and 24; projects were saved with them
-const std::array<ControlRow, kNumParams - 1> kControlTable = {
+constexpr std::array<ControlRow, kNumParams - 1> kRows = {{
     Group(kPointLightsGroup, 1, "Point Lights"),
     Popup(kPointLightModel, 2, "Point Light Model", kPointModels, 2),
     Box(kPointUseLightsIntensity, 3, "Light's Intensity", "Use", true),
@@ -101,6 +100,18 @@ const std::array<ControlRow, kNumParams - 1> kControlTable = {
     Popup(kLook, 25, "Look", kLooks, 3),
     RawSlider(kGamma, 27, "Gamma", kLeastGamma, 100, 10, 1),
     GroupEnd(kGeneralEnd, 26),
-};
+}};
+
+constexpr bool InOrderOfIndices() {
+    for (std::size_t i = 0; i < kRows.size(); ++i) {
+        if (kRows[i].index != static_cast<ControlIndex>(i + 1)) return false;
+    }
+    return true;
+}
+static_assert(InOrderOfIndices());
+
+}  // namespace
+
+const std::array<ControlRow, kNumParams - 1> kControlTable = kRows;
 
 }  // namespace zam

@@ -1,5 +1,6 @@
 #pragma once
-// The effect's controls, described once: registration, reading and greying all go by this table.
+// The effect's controls, described once, as data. Registration goes by this table, reading and greying by its
+// indices.
 #include <array>
 
 #include "hostapi/effect.h"

@@ -5,6 +5,10 @@
 
 namespace zam {
 
+// "Off" in both model popups.
+inline constexpr std::int32_t kModelOff = 1;
+static_assert(PointModel{kModelOff} == PointModel::off && SpotModel{kModelOff} == SpotModel::off);
+
 // "Individual Radius" and "Individual Reach": what of each light changes its own size.
 enum class Individual : std::int32_t { none = 1, intensity, shadow_darkness, shadow_diffusion };
 

@@ -36,7 +36,7 @@ void ReadLights(PF_InData* in_data, int light_type, DescribeLight describe, cons
                 HostArray<_VisLightStruct>* lights, _LightData* settings, Fill fill_rest) {
     const int count = GetNoLights(in_data, light_type);
     if (count <= 0) {
-        settings->model = 1;  // "Off"
+        settings->model = kModelOff;
         return;
     }
     if (!lights->Allocate(static_cast<std::size_t>(count))) return;

@@ -157,7 +157,7 @@ PF_Err Render(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[], P
     const HostMaths maths(in_data);
     frame.softK = 100.0 * points.softness + 1.0;
     frame.softKSq = frame.softK * frame.softK;
-    frame.softKRoot = 2.0 * in_data->utils->ansi.pow(frame.softK, 0.25);
+    frame.softKRoot = 2.0 * maths.pow(frame.softK, 0.25);
     frame.spotScale = kSpotScale;
     frame.look = settings.look;
     frame.invGamma = 1.0 / settings.gamma;

@@ -13,10 +13,10 @@ struct _RenderData {
     double aspectOverDownsampleX = 0.0;
     double invDownsampleY = 0.0;
     double invZoom = 0.0;
-    A_long width = 0, height = 0;       // of the output, pixels
-    A_long deep = 0;                    // 1: 16 bits per channel
-    _OptPointData* optPoint = nullptr;  // null when no point lights are kept; all four arrays alike
-    _OptSpotData* optSpot = nullptr;
+    A_long width = 0, height = 0;                        // of the output, pixels
+    A_long deep = 0;                                     // 1: 16 bits per channel
+    _OptPointData* optPoint = nullptr;                   // null when no point lights are kept
+    _OptSpotData* optSpot = nullptr;                     // null when no spot lights are kept
     double softK = 1.0, softKSq = 1.0, softKRoot = 2.0;  // k = softness in percent + 1; k^2; 2 k^(1/4)
     double spotScale = 60.0;
     _LightData* pointData = nullptr;

@@ -5,8 +5,10 @@
 namespace zam {
 namespace {
 
+// 1 for an aspect that has no inverse: then nothing is seen through the view anyway.
 double PixelAspect(const PF_InData* in_data) {
     const PF_RationalScale& aspect = in_data->pixel_aspect_ratio;
+    if (aspect.num == 0 || aspect.den == 0) return 1.0;
     return static_cast<double>(aspect.num) / static_cast<double>(aspect.den);
 }
 

@@ -15,12 +15,14 @@ void* LockHostHandle(PF_InData* in_data, PF_Handle handle);      // the block's 
 void UnlockHostHandle(PF_InData* in_data, PF_Handle handle);
 void DisposeHostHandle(PF_InData* in_data, PF_Handle handle);  // locked or not
 
-// Keeps somebody's block locked. get() is null when there is no block.
+// Keeps somebody's block locked. get() is null when there is no block or the host would not lock it.
 class LockedHandle {
   public:
     LockedHandle(PF_InData* in_data, PF_Handle handle)
         : in_data_(in_data), handle_(handle), block_(LockHostHandle(in_data, handle)) {}
-    ~LockedHandle() { UnlockHostHandle(in_data_, handle_); }
+    ~LockedHandle() {
+        if (block_) UnlockHostHandle(in_data_, handle_);
+    }
     LockedHandle(const LockedHandle&) = delete;
     LockedHandle& operator=(const LockedHandle&) = delete;
 
@@ -38,8 +40,7 @@ class HostArray {
   public:
     explicit HostArray(PF_InData* in_data) : in_data_(in_data) {}
     ~HostArray() {
-        if (!handle_) return;
-        UnlockHostHandle(in_data_, handle_);
+        if (records_) UnlockHostHandle(in_data_, handle_);
         DisposeHostHandle(in_data_, handle_);
     }
     HostArray(const HostArray&) = delete;

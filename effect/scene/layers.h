@@ -14,12 +14,17 @@ struct WithLayer8 {
     static const AEGP_LayerSuite3* of(const AEGP_SuiteHandler& suites) { return suites.Layer8(); }
 };
 
+// A host that says "success" and hands out nothing.
+inline constexpr A_Err kNothingThere = A_Err_GENERIC;
+
 // The layer that carries the effect and its composition.
 template <class With>
 A_Err GetEffectLayerAndComp(const AEGP_SuiteHandler& suites, PF_InData* in_data, AEGP_LayerH* layer,
                             AEGP_CompH* comp) {
     if (const A_Err err = suites.PFInterface1()->AEGP_GetEffectLayer(in_data->effect_ref, layer)) return err;
-    return With::of(suites)->AEGP_GetLayerParentComp(*layer, comp);
+    if (!*layer) return kNothingThere;
+    if (const A_Err err = With::of(suites)->AEGP_GetLayerParentComp(*layer, comp)) return err;
+    return *comp ? A_Err{A_Err_NONE} : kNothingThere;
 }
 
 // Calls visit(layer, index) from the top of the stack down; stops at the first error, be it the host's or the

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "effect/scene/layers.h"
+
 namespace zam {
 
 A_Err PickedLayerStream::Open(PF_InData* in_data, int param_index, AEGP_LayerIDVal* picked) {
@@ -10,15 +12,11 @@ A_Err PickedLayerStream::Open(PF_InData* in_data, int param_index, AEGP_LayerIDV
     const AEGP_StreamSuite1* streams = suites_.Stream4();
 
     A_Err err = suites_.PFInterface1()->AEGP_GetNewEffectForEffect(kPluginId, in_data->effect_ref, &effect_);
-    if (err) {
-        effect_ = nullptr;
-        return err;
-    }
+    if (err) effect_ = nullptr;
+    if (!effect_) return err ? err : kNothingThere;
     err = streams->AEGP_GetNewEffectStreamByIndex(kPluginId, effect_, param_index, &stream_);
-    if (err) {
-        stream_ = nullptr;
-        return err;
-    }
+    if (err) stream_ = nullptr;
+    if (!stream_) return err ? err : kNothingThere;
     const A_Time time{in_data->current_time, in_data->time_scale};
     err = streams->AEGP_GetNewStreamValue(kPluginId, stream_, AEGP_LTimeMode_CompTime, &time, false, &value_);
     if (err) return err;

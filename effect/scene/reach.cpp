@@ -11,19 +11,7 @@ namespace {
 
 constexpr char kReachName[] = "Zam Reach";
 
-// A spot light whose name agrees with `base_name`?
-A_Err IsReachLight(const AEGP_SuiteHandler& suites, AEGP_LayerH layer, const char* base_name, bool* is) {
-    *is = false;
-    int type = kNoLight;
-    if (const A_Err err = GetLightTypeOf<WithLayer8>(suites, layer, &type)) return err;
-    if (type != AEGP_LightType_SPOT) return A_Err_NONE;
-    LayerName name;
-    if (const A_Err err = GetLayerNameOf<WithLayer8>(suites, layer, &name)) return err;
-    *is = AgreeOverCommonLength(name.text, base_name);
-    return A_Err_NONE;
-}
-
-// ... that is parented to the layer with this id?
+// A reach light that is parented to the layer with this id?
 A_Err IsReachLightOf(const AEGP_SuiteHandler& suites, AEGP_LayerH layer, const char* base_name,
                      AEGP_LayerIDVal parent_id, bool* is) {
     if (const A_Err err = IsReachLight(suites, layer, base_name, is)) return err;
@@ -92,6 +80,7 @@ A_Err CreateReachLight(const AEGP_SuiteHandler& suites, AEGP_CompH comp, const L
     const A_FloatPoint centre{0.0, 0.0};
     const A_Time start{0, 1};
     if (const A_Err err = suites.Comp9()->AEGP_CreateLightInComp(name.text, centre, comp, light)) return err;
+    if (!*light) return kNothingThere;
     if (const A_Err err = suites.Layer8()->AEGP_SetLayerOffset(*light, &start)) return err;
     AEGP_LightType type = AEGP_LightType_SPOT;
     if (const A_Err err = suites.Light1()->AEGP_GetLightType(*light, &type)) return err;
@@ -106,6 +95,7 @@ A_Err SetUnlessAnimated(const AEGP_SuiteHandler& suites, AEGP_LayerH layer, AEGP
     AEGP_StreamRefH stream = nullptr;
     if (const A_Err err = suites.Stream4()->AEGP_GetNewLayerStream(kPluginId, layer, which, &stream))
         return err;
+    if (!stream) return kNothingThere;
     A_long count = 0;
     A_Err err = keyframes->AEGP_GetStreamNumKFs(stream, &count);
     if (!err && count == 0) {
@@ -140,7 +130,7 @@ A_Err NameOrCreateReachLight(const AEGP_SuiteHandler& suites, PF_InData* in_data
     } else {
         if (const A_Err err = CreateReachLight(suites, comp, name, &found.light)) return err;
     }
-    return found.light ? SetUpReachLight(suites, found.light, found.target) : A_Err{A_Err_NONE};
+    return SetUpReachLight(suites, found.light, found.target);
 }
 
 A_Err AddReachLight(PF_InData* in_data, int param_index, const char* base_name, AEGP_LayerIDVal* layer_id) {

@@ -19,7 +19,8 @@ A_Err GetLayerAt(const AEGP_SuiteHandler& suites, PF_InData* in_data, A_long wha
     AEGP_CompH comp = nullptr;
     if (const A_Err err = GetEffectLayerAndComp<WithLayer8>(suites, in_data, &effect_layer, &comp))
         return err;
-    return suites.Layer8()->AEGP_GetCompLayerByIndex(comp, index, layer);
+    if (const A_Err err = suites.Layer8()->AEGP_GetCompLayerByIndex(comp, index, layer)) return err;
+    return *layer ? A_Err{A_Err_NONE} : kNothingThere;
 }
 
 A_Err GetPickedLayerSize(PF_InData* in_data, int param_index, float* width, float* height) {
@@ -62,12 +63,9 @@ ZAM_EXPORT A_Err PGetControlLightIDX(PF_InData* in_data, int* index, const char*
     if (const A_Err err = GetEffectLayerAndComp<WithLayer8>(suites, in_data, &effect_layer, &comp))
         return err;
     return ForEachLayer<WithLayer8>(suites, comp, [&](AEGP_LayerH layer, A_long place) -> A_Err {
-        int type = kNoLight;
-        if (const A_Err err = GetLightTypeOf<WithLayer8>(suites, layer, &type)) return err;
-        if (*index >= 0 || type != AEGP_LightType_SPOT) return A_Err_NONE;
-        LayerName name;
-        if (const A_Err err = GetLayerNameOf<WithLayer8>(suites, layer, &name)) return err;
-        if (AgreeOverCommonLength(name.text, base_name)) *index = place;
+        bool is = false;
+        if (const A_Err err = IsReachLight(suites, layer, base_name, &is)) return err;
+        if (is && *index < 0) *index = place;
         return A_Err_NONE;
     });
 }
@@ -81,12 +79,12 @@ ZAM_EXPORT A_Err PGetControlLightFromIDX(PF_InData* in_data, A_long what_time, A
         return err;
     A_Matrix4 world{};
     if (const A_Err err = suites.Layer8()->AEGP_GetLayerToWorldXform(layer, &comp_time, &world)) return err;
-    AEGP_StreamVal color{};
-    if (const A_Err err = GetStreamAt(suites, layer, AEGP_LayerStream_COLOR, comp_time, &color)) return err;
     for (int i = 0; i < 3; ++i) {
         values[i] = static_cast<float>(world.mat[3][i]);
         values[3 + i] = static_cast<float>(world.mat[2][i]);
     }
+    AEGP_StreamVal color{};
+    if (const A_Err err = GetStreamAt(suites, layer, AEGP_LayerStream_COLOR, comp_time, &color)) return err;
     values[6] = static_cast<float>(color.color.redF);
     values[7] = static_cast<float>(color.color.greenF);
     values[8] = static_cast<float>(color.color.blueF);

@@ -4,13 +4,6 @@
 
 namespace zam {
 
-const AEGP_SuiteHandler::Name AEGP_SuiteHandler::kNames[kSlots] = {
-    {"AEGP PF Interface Suite", 1}, {"AEGP Layer Suite", 5},    {"AEGP Layer Suite", 8},
-    {"AEGP Light Suite", 1},        {"AEGP Light Suite", 2},    {"AEGP Camera Suite", 2},
-    {"AEGP Stream Suite", 4},       {"AEGP Comp Suite", 4},     {"AEGP Comp Suite", 9},
-    {"AEGP Item Suite", 3},         {"AEGP Keyframe Suite", 1}, {"AEGP Effect Suite", 1},
-};
-
 const void* AEGP_SuiteHandler::LoadSuite(const char* name, int version) const {
     const void* suite = nullptr;
     if (!basic_ || basic_->AcquireSuite(name, version, &suite) != 0 || !suite) MissingSuiteError();
@@ -20,10 +13,9 @@ const void* AEGP_SuiteHandler::LoadSuite(const char* name, int version) const {
 void AEGP_SuiteHandler::MissingSuiteError() const { throw int{PF_Err_BAD_CALLBACK_PARAM}; }
 
 void AEGP_SuiteHandler::ReleaseAllSuites() {
-    for (int slot = 0; slot < kSlots; ++slot) {
-        if (!suites_[slot]) continue;
-        basic_->ReleaseSuite(kNames[slot].name, kNames[slot].version);
-        suites_[slot] = nullptr;
+    for (Loaded& loaded : loaded_) {
+        if (loaded.suite) basic_->ReleaseSuite(loaded.name, loaded.version);
+        loaded = {};
     }
 }
 

@@ -22,18 +22,28 @@ class AEGP_SuiteHandler {
     AEGP_SuiteHandler& operator=(const AEGP_SuiteHandler&) = delete;
 
     // Each is named after its suite and wire version.
-    const AEGP_PFInterfaceSuite1* PFInterface1() const { return Get<AEGP_PFInterfaceSuite1>(kPFInterface1); }
-    const AEGP_LayerSuite1* Layer5() const { return Get<AEGP_LayerSuite1>(kLayer5); }
-    const AEGP_LayerSuite3* Layer8() const { return Get<AEGP_LayerSuite3>(kLayer8); }
-    const AEGP_LightSuite1* Light1() const { return Get<AEGP_LightSuite1>(kLight1); }
-    const AEGP_LightSuite2* Light2() const { return Get<AEGP_LightSuite2>(kLight2); }
-    const AEGP_CameraSuite2* Camera2() const { return Get<AEGP_CameraSuite2>(kCamera2); }
-    const AEGP_StreamSuite1* Stream4() const { return Get<AEGP_StreamSuite1>(kStream4); }
-    const AEGP_CompSuite1* Comp4() const { return Get<AEGP_CompSuite1>(kComp4); }
-    const AEGP_CompSuite4* Comp9() const { return Get<AEGP_CompSuite4>(kComp9); }
-    const AEGP_ItemSuite1* Item3() const { return Get<AEGP_ItemSuite1>(kItem3); }
-    const AEGP_KeyframeSuite1* Keyframe1() const { return Get<AEGP_KeyframeSuite1>(kKeyframe1); }
-    const AEGP_EffectSuite1* Effect1() const { return Get<AEGP_EffectSuite1>(kEffect1); }
+    const AEGP_PFInterfaceSuite1* PFInterface1() const {
+        return Get<AEGP_PFInterfaceSuite1>(kPFInterface1, "AEGP PF Interface Suite", 1);
+    }
+    const AEGP_LayerSuite1* Layer5() const { return Get<AEGP_LayerSuite1>(kLayer5, "AEGP Layer Suite", 5); }
+    const AEGP_LayerSuite3* Layer8() const { return Get<AEGP_LayerSuite3>(kLayer8, "AEGP Layer Suite", 8); }
+    const AEGP_LightSuite1* Light1() const { return Get<AEGP_LightSuite1>(kLight1, "AEGP Light Suite", 1); }
+    const AEGP_LightSuite2* Light2() const { return Get<AEGP_LightSuite2>(kLight2, "AEGP Light Suite", 2); }
+    const AEGP_CameraSuite2* Camera2() const {
+        return Get<AEGP_CameraSuite2>(kCamera2, "AEGP Camera Suite", 2);
+    }
+    const AEGP_StreamSuite1* Stream4() const {
+        return Get<AEGP_StreamSuite1>(kStream4, "AEGP Stream Suite", 4);
+    }
+    const AEGP_CompSuite1* Comp4() const { return Get<AEGP_CompSuite1>(kComp4, "AEGP Comp Suite", 4); }
+    const AEGP_CompSuite4* Comp9() const { return Get<AEGP_CompSuite4>(kComp9, "AEGP Comp Suite", 9); }
+    const AEGP_ItemSuite1* Item3() const { return Get<AEGP_ItemSuite1>(kItem3, "AEGP Item Suite", 3); }
+    const AEGP_KeyframeSuite1* Keyframe1() const {
+        return Get<AEGP_KeyframeSuite1>(kKeyframe1, "AEGP Keyframe Suite", 1);
+    }
+    const AEGP_EffectSuite1* Effect1() const {
+        return Get<AEGP_EffectSuite1>(kEffect1, "AEGP Effect Suite", 1);
+    }
 
   private:
     enum Slot {
@@ -51,24 +61,24 @@ class AEGP_SuiteHandler {
         kEffect1,
         kSlots
     };
-    struct Name {
+    struct Loaded {
+        const void* suite;
         const char* name;
         int version;
     };
-    static const Name kNames[kSlots];
 
     const void* LoadSuite(const char* name, int version) const;
     [[noreturn]] void MissingSuiteError() const;
     void ReleaseAllSuites();
 
     template <class Suite>
-    const Suite* Get(Slot slot) const {
-        if (!suites_[slot]) suites_[slot] = LoadSuite(kNames[slot].name, kNames[slot].version);
-        return static_cast<const Suite*>(suites_[slot]);
+    const Suite* Get(Slot slot, const char* name, int version) const {
+        if (!loaded_[slot].suite) loaded_[slot] = {LoadSuite(name, version), name, version};
+        return static_cast<const Suite*>(loaded_[slot].suite);
     }
 
     const SPBasicSuite* basic_;
-    mutable const void* suites_[kSlots] = {};
+    mutable Loaded loaded_[kSlots] = {};
 };
 
 // Acquires a suite without a word; null when the host has no basic suite or does not supply this one.

@@ -4,12 +4,14 @@
 //
 //     Plugin plugin("build/release/Zam.so");
 //     Session session(plugin, composition, {});
-//     session.start();                                  // GLOBAL_SETUP, PARAMS_SETUP, SEQUENCE_SETUP,
-//     UPDATE_PARAMS_UI Frame frame = session.render(12, {.depth = Depth::bits16}); session.stop(); //
-//     SEQUENCE_SETDOWN, GLOBAL_SETDOWN
+//     session.start();  // GLOBAL_SETUP, PARAMS_SETUP, SEQUENCE_SETUP, UPDATE_PARAMS_UI
+//     session.apply_settings(composition.effect);
+//     Frame frame = session.render(12, {.depth = Depth::bits16});
+//     session.stop();  // SEQUENCE_SETDOWN, GLOBAL_SETDOWN
 //
-// A session is used from one thread at a time; rows are iterated on `threads` threads. Nothing of the
-// effect's own headers is known here.
+// A session is used from one thread at a time; several sessions may work at once, on one plug-in or on
+// several. Rows are iterated on `threads` threads, frames are rendered on a thread of their own, everything
+// else runs on the caller's. Nothing of the effect's own headers is known here.
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -34,13 +36,14 @@ struct Outcome {
     std::string message;            // out_data->return_msg
     bool message_is_error = false;  // PF_OutFlag_DISPLAY_ERROR_MESSAGE
     PF_OutFlags out_flags = 0;
-    std::vector<std::string> reports;  // what the command kept or misused, by name; empty when all is well
+    std::vector<std::string> reports;   // what the command kept or misused, by name; empty when all is well
+    std::vector<int> changed_controls;  // that the effect marked with PF_ChangeFlag_CHANGED_VALUE
     [[nodiscard]] bool ok() const { return error == 0 && !thrown && reports.empty() && !message_is_error; }
 };
 
 struct RenderSettings {
     Depth depth = Depth::bits8;
-    Ratio downsample_x{1, 1}, downsample_y{1, 1};  // 1/2 at half resolution
+    Ratio downsample_x{1, 1}, downsample_y{1, 1};  // 1/2 at half resolution; sizes are rounded up
 };
 
 // Straight colour with alpha in the interface's channel order: alpha, red, green, blue. Full scale is 255 or
@@ -55,54 +58,64 @@ struct Frame {
 struct SessionOptions {
     int threads = 0;  // 0: one per core this process may use
     PF_SpecVersion api_version{13, 29};
-    bool handle_callbacks = true;              // false: the four host_*_handle callbacks are null
-    bool basic_suite = true;                   // false: pica_basicP is null
-    bool move_unlocked_handles = false;        // blocks move whenever their last lock goes
-    std::vector<std::string> withheld_suites;  // "AEGP Light Suite 1": name and wire version
-    FaultPlan faults;                          // which host calls fail, and with what
+    bool handle_callbacks = true;                // false: the four host_*_handle callbacks are null
+    bool basic_suite = true;                     // false: pica_basicP is null
+    bool move_unlocked_handles = false;          // blocks move whenever their last lock goes
+    std::vector<std::string> withheld_suites{};  // "AEGP Light Suite 1": name and wire version
+    FaultPlan faults{};                          // which host calls fail, and with what
 };
 
 class Session {
   public:
     // Keeps references: plug-in and composition must outlive the session. The effect may change the
-    // composition.
+    // composition. Throws PluginError for a composition that no effect can be applied to.
     Session(const Plugin& plugin, Composition& composition, SessionOptions options);
     ~Session();  // stops the session if that was not done
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    // Whole life cycle; throw PluginError when the plug-in answers with an error or against the rules.
+    // Whole life cycle; throw PluginError when the plug-in answers with an error or against the rules. A
+    // message that the first PF_Cmd_UPDATE_PARAMS_UI shows is no such error. stop() sends what is left to be
+    // sent, also after a start() that failed.
     void start();
     void stop();
 
-    // Single commands, for tests. Session fills in_data, params, output and extra as the interface promises.
+    // Single commands, for tests. Session fills in_data, params, output and extra as the interface promises,
+    // for the frame of the last render or choice; PF_Cmd_USER_CHANGED_PARAM speaks of the first supervised
+    // control.
     Outcome send(PF_Cmd command);
 
     // The controls as the plug-in registered them, index 1 first; the input layer is not among them.
     [[nodiscard]] const std::vector<Control>& controls() const;
 
-    // Sets the controls of the composition's effect settings; throws ControlError (control.h) naming the
-    // setting.
+    // Sets controls as a scene gives them, after start(): throws ControlError (control.h) naming the setting,
+    // and then has set none. Sends no command: for a supervised layer control choose_layer() has to follow,
+    // and PF_Cmd_UPDATE_PARAMS_UI greys the others anew.
     void apply_settings(const EffectSettings& settings);
-    void set_control(int index,
-                     Animated<double> value);  // sliders in user units, popups 1-based, boxes 0/1, layer ids
+    // Sliders in user units, popups 1-based, boxes 0/1, layers by id. Values outside a control's range are
+    // clamped when they are used. Sends no command; throws ControlError for an index without a value.
+    void set_control(int index, Animated<double> value);
     // As the user picking a layer in a layer control: USER_CHANGED_PARAM when supervised, then
-    // UPDATE_PARAMS_UI.
+    // UPDATE_PARAMS_UI. The outcome is that of both: the first error and message, all reports.
     Outcome choose_layer(int index, LayerId layer, double frame);
     // Greyed out by the effect's last control update.
     [[nodiscard]] bool is_disabled(int index) const;
 
-    // FRAME_SETUP, RENDER, FRAME_SETDOWN. The outcome is that of RENDER.
+    // FRAME_SETUP, RENDER, FRAME_SETDOWN. The outcome is that of RENDER, with the reports of all three; an
+    // error of FRAME_SETUP ends it there and leaves the image empty.
     Frame render(double frame, const RenderSettings& settings);
 
-    // The flat sequence data, and its restoration (SEQUENCE_RESETUP instead of SEQUENCE_SETUP at start()).
+    // The flat sequence data (empty when the effect got it elsewhere than from the host), and its
+    // restoration: before start(), which then sends SEQUENCE_RESETUP instead of SEQUENCE_SETUP.
     [[nodiscard]] std::vector<std::uint8_t> sequence_bytes() const;
     void restore_sequence(std::vector<std::uint8_t> bytes);
 
     [[nodiscard]] const PF_OutData& out_data() const;  // as the last command left it
-    [[nodiscard]] const std::vector<std::string>& calls()
-        const;  // every host call of the last command, in order
-    void set_faults(FaultPlan faults);
+    // Every host call of the last of the functions above that sent commands, in order.
+    [[nodiscard]] const std::vector<std::string>& calls() const;
+    // What all commands so far kept or misused, in order.
+    [[nodiscard]] const std::vector<std::string>& reports() const;
+    void set_faults(FaultPlan faults);  // counts calls from now on
 
   private:
     struct State;

@@ -27,9 +27,9 @@ _RayOpt<V> MakeRayOpt(V rx, V ry, V rz, const _VisLightStruct& light) {
     return ray;
 }
 
-// Writes the stretch [*tNear, *tFar]; it is empty when *tFar <= *tNear, and nothing in front of the camera (t
-// < 0) is ever in it. coneC and cosSq choose the cone: coneCInner, cosInnerSq or coneCOuter, cosOuterSq. rr
-// is r.r.
+// Writes the stretch [*tNear, *tFar]; it is empty when *tFar <= *tNear, and nothing behind the camera (t < 0)
+// is ever in it. coneC and cosSq choose the cone: coneCInner and cosInnerSq, or coneCOuter and cosOuterSq.
+// rr is r.r.
 template <class V, class M>
 void IntersectRayWithCone(const M& maths, int light, const _LightData* spot, const _VisLightStruct* lights,
                           const _OptSpotData* opt, const _RayOpt<V>* ray, V rx, V ry, V rz, V rr,

@@ -4,7 +4,7 @@
 // wider type brings the same names and every kernel runs on it as it stands.
 namespace zam {
 
-// `where` is legal but worthless in lanes that the mask leaves out.
+// Both values are computed in every lane: keep them legal where the mask will not choose them.
 inline double select(bool mask, double when_true, double when_false) { return mask ? when_true : when_false; }
 
 // True when some lane is set: a reason to do work, never to change a result.

@@ -1,7 +1,6 @@
 #pragma once
 // From sums of light to channel codes: the "Look" curves and the coding of a channel.
 #include <cstdint>
-#include <limits>
 
 #include "effect/render/kernels/lanes.h"
 
@@ -28,9 +27,8 @@ V ShapeByLook(const M& maths, std::int32_t look, double invGamma, V v) {
 template <class Channel>
 Channel ChannelCode(double value, double full_scale) {
     const double scaled = value * full_scale + 0.5;
-    if (!(scaled > static_cast<double>(std::numeric_limits<std::int32_t>::min()))) return 0;
-    if (scaled > static_cast<double>(std::numeric_limits<std::int32_t>::max()))
-        return static_cast<Channel>(full_scale);
+    if (!(scaled > -2147483649.0)) return 0;
+    if (!(scaled < 2147483648.0)) return static_cast<Channel>(full_scale);
     return static_cast<Channel>(static_cast<std::uint32_t>(static_cast<std::int32_t>(scaled)));
 }
 

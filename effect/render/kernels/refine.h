@@ -5,9 +5,9 @@
 
 namespace zam {
 
-// scale, scaleX and scaleY turn pixels into ray directions (1 / zoom, pixel aspect / downsample x, 1 /
-// downsample y); (px, py) is the pixel, [tNear, tFar] the stretch of its own ray. Writes the blended stretch,
-// which may be that of the caller's variables.
+// scale, scaleX and scaleY turn pixels into ray directions (1 / zoom, pixel aspect / downsample x,
+// 1 / downsample y); (px, py) is the pixel and [tNear, tFar] the stretch of its own ray. Writes the blended
+// stretch; outNear and outFar may be the variables that tNear and tFar were read from.
 template <class V, class M>
 void RefineIntersection(const M& maths, int light, double scale, double scaleX, double scaleY, int width,
                         int height, V tNear, V tFar, V px, V py, double rz, double coneC, double cosSq,

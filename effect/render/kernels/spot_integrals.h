@@ -3,16 +3,16 @@
 // form: each function evaluates an antiderivative F and returns F(t1) - F(t0). Integrals are over t, not over
 // arc length.
 //
-//   symbol  code                 unit       from
-//   r, p, d                                 as in cone.h
-//   a       rr                   -          r.r
-//   b       b                    comp px    -2 (r.p)
-//   k       k                    -          r.d
-//   dp      axisDotPos           comp px    d.p
-//   Q(t)                         comp px^2  a t^2 + b t + p.p + 1, the squared distance from the light,
-//   softened Q0(t)                        comp px^2  a t^2 + b t + p.p, the true one c(t) -          (k t -
-//   dp) / sqrt(Q), the cosine off the axis (Q0 in the constant model) w(t)                         - (c -
-//   cosOuter) / (cosInner - cosOuter): 0 on the outer, 1 on the inner cone
+//   symbol  code       unit       from
+//   r p d              as in cone.h
+//   a       rr         -          r.r
+//   b       b          comp px    -2 (r.p)
+//   k       k          -          r.d
+//   dp      axisDotPos comp px    d.p
+//   Q(t)               comp px^2  a t^2 + b t + p.p + 1, squared distance from the light, softened
+//   Q0(t)              comp px^2  a t^2 + b t + p.p, the true one
+//   c(t)               -          (k t - dp) / sqrt(Q), cosine off the axis (Q0 in the constant model)
+//   w(t)               -          (c - cosOuter) / (cosInner - cosOuter): 0 on the outer cone, 1 on the inner
 //
 // deliberate: the natural and distance models take the softened distance in the cosine too
 #include "effect/render/kernels/lanes.h"
@@ -66,8 +66,8 @@ V IntegrateDistance(const M& maths, int light, const _VisLightStruct* lights, co
 }
 
 // Integral of w / sqrt(Q):
-//   F = [G i atan((b + 2 a t) i) + k log(Q) + H log(2 sqrt(Q) + (b + 2 a t) / sqrt(a))] / (2 a (cosInner -
-//   cosOuter)) G = -2 (b k + 2 a dp),  H = -2 cosOuter sqrt(a),  i as above
+//   F = [G i atan((b + 2 a t) i) + k log(Q) + H log(2 sqrt(Q) + (b + 2 a t) / sqrt(a))] / N
+//   G = -2 (b k + 2 a dp),  H = -2 cosOuter sqrt(a),  N = 2 a (cosInner - cosOuter),  i as above
 template <class V, class M>
 V IntegrateDistanceConeF(const M& maths, int light, const _VisLightStruct* lights, const _OptSpotData* opt,
                          V rx, V ry, V rz, V rr, V t0, V t1) {
@@ -92,8 +92,8 @@ V IntegrateDistanceConeF(const M& maths, int light, const _VisLightStruct* light
 }
 
 // Integral of w with the true cosine:
-//   F = [cosOuter t - k sqrt(Q0) / a + M log((2 a t + b) / sqrt(a) + 2 sqrt(Q0)) / (2 a sqrt(a))] / (cosOuter
-//   - cosInner) M = b k + 2 a dp
+//   F = [cosOuter t - k sqrt(Q0) / a + M log((2 a t + b) / sqrt(a) + 2 sqrt(Q0)) / L] / (cosOuter - cosInner)
+//   M = b k + 2 a dp,  L = 2 a sqrt(a)
 // A ray through the apex has M = 0 and loses the logarithm's argument to rounding; the term is dropped there.
 template <class V, class M>
 V IntegrateConstConeF(const M& maths, int light, const _VisLightStruct* lights, const _OptSpotData* opt, V rx,

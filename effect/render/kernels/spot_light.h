@@ -99,6 +99,7 @@ V SpotScattering(const M& maths, const SpotFrame& frame, int light, V x, V y, V 
             [&](V from, V to) {
                 return IntegrateConstConeF(maths, light, lights, opt, dx, dy, one, a, from, to);
             });
+        if (!any(length > 0.0)) return zero;
         // deliberate: divided by the cone's opening, 200 for narrow cones and 400 tan for wide ones
         const double half = lights[light].coneAngle * 0.5;
         const double opening = larger(400.0 * maths.tan(half), 200.0 * maths.cos(half));

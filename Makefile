@@ -1,0 +1,43 @@
+# Thin: every target installs what it needs and calls a CMake preset.
+JOBS ?= $(shell nproc)
+OUT ?= out
+
+.PHONY: help demo test sanitize format-check format setup-build setup-test release clean
+
+help:
+	@echo "make demo          install what it needs, build, render two real scenes to $(OUT)/"
+	@echo "make test          install what it needs, build, run all tests"
+	@echo "make sanitize      the same tests under the address and undefined-behaviour sanitizers"
+	@echo "make format-check  are all sources laid out as .clang-format says?"
+
+demo: setup-build release
+	@tools/demo.sh build/release/zam $(OUT)
+
+test: setup-test
+	cmake --preset $(PRESET)
+	cmake --build --preset $(PRESET) -j $(JOBS)
+	ctest --preset $(PRESET) -j $(JOBS)
+test: PRESET ?= release
+
+sanitize: setup-test
+	cmake --preset asan
+	cmake --build --preset asan -j $(JOBS)
+	ctest --preset asan -j $(JOBS)
+
+release:
+	cmake --preset release -DZAM_TESTS=OFF
+	cmake --build --preset release -j $(JOBS)
+
+format-check: setup-test
+	@git ls-files '*.h' '*.c' '*.cpp' '*.inc' | xargs clang-format --dry-run --Werror
+
+format:
+	git ls-files '*.h' '*.c' '*.cpp' '*.inc' | xargs clang-format -i
+
+setup-build:
+	@tools/setup.sh build
+setup-test:
+	@tools/setup.sh build test
+
+clean:
+	rm -rf build $(OUT)

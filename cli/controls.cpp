@@ -1,0 +1,148 @@
+#include "cli/controls.h"
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <nlohmann/json.hpp>
+#include <vector>
+
+#include "cli/render.h"
+#include "host/runner/session.h"
+#include "io/effect_layer.h"
+#include "io/text.h"
+
+namespace zam::cli {
+namespace {
+
+using host::Control;
+
+const char* kind_of(const Control& control) {
+    switch (control.type) {
+        case PF_Param_LAYER:
+            return "layer";
+        case PF_Param_SLIDER:
+            return "slider";
+        case PF_Param_FIX_SLIDER:
+            return "fixed slider";
+        case PF_Param_FLOAT_SLIDER:
+            return "float slider";
+        case PF_Param_ANGLE:
+            return "angle";
+        case PF_Param_CHECKBOX:
+            return "check box";
+        case PF_Param_COLOR:
+            return "colour";
+        case PF_Param_POINT:
+            return "point";
+        case PF_Param_POPUP:
+            return "popup";
+        case PF_Param_GROUP_START:
+            return "group";
+        case PF_Param_GROUP_END:
+            return "group end";
+        default:
+            return "other";
+    }
+}
+
+bool is_slider(const Control& control) {
+    return control.type == PF_Param_SLIDER || control.type == PF_Param_FIX_SLIDER ||
+           control.type == PF_Param_FLOAT_SLIDER;
+}
+
+// How a scene names it.
+std::string path_of(const Control& control) {
+    return control.group.empty() ? control.name : control.group + "/" + control.name;
+}
+
+std::string values_of(const Control& control) {
+    if (is_slider(control))
+        return io::format_number(control.valid_min) + " to " + io::format_number(control.valid_max);
+    std::string text;
+    for (const std::string& choice : control.choices) text += (text.empty() ? "" : " | ") + choice;
+    if (control.type == PF_Param_CHECKBOX) return "true or false";
+    if (control.type == PF_Param_LAYER) return "a layer's name or id";
+    return text;
+}
+
+std::string default_of(const Control& control) {
+    if (control.type == PF_Param_CHECKBOX) return control.default_value != 0.0 ? "true" : "false";
+    if (control.type == PF_Param_LAYER) return control.default_value < 0.0 ? "the layer itself" : "none";
+    if (control.type != PF_Param_POPUP)
+        return is_slider(control) ? io::format_number(control.default_value) : "";
+    const auto choice = static_cast<std::size_t>(control.default_value);
+    return choice >= 1 && choice <= control.choices.size() ? control.choices[choice - 1] : "";
+}
+
+std::string remarks_of(const Control& control) {
+    std::string text;
+    if (control.flags & PF_ParamFlag_CANNOT_TIME_VARY) text = "cannot be keyframed";
+    if (control.flags & PF_ParamFlag_SUPERVISE) text += text.empty() ? "supervised" : ", supervised";
+    return text;
+}
+
+void print_table(const std::vector<Control>& controls) {
+    std::vector<std::vector<std::string>> rows = {
+        {"index", "id", "control", "kind", "values", "default", "remarks"}};
+    for (const Control& control : controls) {
+        if (control.type == PF_Param_GROUP_END) continue;
+        rows.push_back({std::to_string(control.index), "#" + std::to_string(control.id), path_of(control),
+                        kind_of(control), values_of(control), default_of(control), remarks_of(control)});
+    }
+    std::vector<std::size_t> widths(rows[0].size(), 0);
+    for (const auto& row : rows)
+        for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], row[i].size());
+    for (const auto& row : rows) {
+        std::string line;
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            line += row[i];
+            line.append(widths[i] + 2 - row[i].size(), ' ');
+        }
+        line.resize(line.find_last_not_of(' ') + 1);
+        std::puts(line.c_str());
+    }
+}
+
+void print_json(const std::vector<Control>& controls) {
+    nlohmann::ordered_json list = nlohmann::ordered_json::array();
+    for (const Control& control : controls) {
+        nlohmann::ordered_json entry = {{"index", control.index},      {"id", control.id},
+                                        {"kind", kind_of(control)},    {"name", control.name},
+                                        {"group", control.group},      {"flags", control.flags},
+                                        {"ui_flags", control.ui_flags}};
+        if (is_slider(control)) {
+            entry["valid"] = {control.valid_min, control.valid_max};
+            entry["slider"] = {control.slider_min, control.slider_max};
+            entry["precision"] = control.precision;
+        }
+        if (!control.choices.empty()) entry["choices"] = control.choices;
+        if (!control.label.empty()) entry["label"] = control.label;
+        const bool has_value = control.type != PF_Param_GROUP_START && control.type != PF_Param_GROUP_END;
+        if (has_value) entry["default"] = control.default_value;
+        list.push_back(std::move(entry));
+    }
+    std::puts(list.dump(2).c_str());
+}
+
+}  // namespace
+
+CLI::App* add_controls(CLI::App& app, ControlsOptions& options) {
+    CLI::App* sub = app.add_subcommand("controls", "List the plug-in's controls as it registers them");
+    sub->add_option("--plugin", options.plugin, "Plug-in [Zam.so beside this program]")->option_text("FILE");
+    sub->add_flag("--json", options.json, "For machines: everything that is registered");
+    return sub;
+}
+
+void print_controls(const ControlsOptions& options) {
+    host::Composition composition;
+    io::add_effect_layer(composition);
+    const host::Plugin plugin(plugin_file(options.plugin));
+    host::Session session(plugin, composition, {});
+    session.start();
+    if (options.json)
+        print_json(session.controls());
+    else
+        print_table(session.controls());
+    session.stop();
+}
+
+}  // namespace zam::cli

@@ -1,0 +1,30 @@
+#pragma once
+// How the program ends. The numbers are part of its interface.
+#include <stdexcept>
+
+namespace zam::cli {
+
+enum class ExitCode {
+    ok = 0,
+    internal = 1,      // not the user's fault: out of memory, a fault of the program
+    usage = 2,         // the command line
+    bad_input = 3,     // the scene
+    plugin = 4,        // the plug-in cannot be loaded, or answers with an error
+    cannot_write = 5,  // the images
+};
+
+inline constexpr const char* kExitCodes =
+    "Exit codes:\n"
+    "  0  all is well\n"
+    "  1  internal error, or not enough memory\n"
+    "  2  wrong usage of the command line\n"
+    "  3  the scene cannot be read or used\n"
+    "  4  the plug-in cannot be loaded, or reports an error\n"
+    "  5  an image cannot be written\n";
+
+// A command line that cannot be followed. The text may end in a line "hint: ...".
+struct UsageError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+}  // namespace zam::cli

@@ -1,0 +1,100 @@
+#pragma once
+// The one door for calls from an effect, and the answer of the calls behind which nothing stands.
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <new>
+#include <string>
+#include <string_view>
+
+#include "host/runner/instance.h"
+#include "hostapi/constants.h"
+
+namespace zam::host {
+
+// The interface's name of a call: what stands after the table's short name.
+inline std::string_view function_name(std::string_view call) { return call.substr(call.find('.') + 1); }
+
+enum class Door {
+    locked,       // one callback at a time
+    open,         // other callbacks come in meanwhile: for calls that call back
+    giving_back,  // locked; a planned failure takes the thing back all the same, for the effect has done its
+                  // part
+};
+
+// Notes the call (`name` is "Table.Function" and a literal), asks the fault plan, and runs `body(instance)`.
+// Misuse becomes an error code and a report, a refusal a code only; nothing is thrown at the effect.
+template <class Body>
+A_Err serve(std::string_view name, Body&& body, Door door = Door::locked) noexcept {
+    Instance* instance = Instance::current();
+    if (!instance) return PF_Err_INVALID_CALLBACK;
+    std::unique_lock lock(instance->gate);
+    try {
+        try {
+            const A_Err planned = instance->log.enter(name);
+            if (planned && door != Door::giving_back) [[unlikely]]
+                return planned;
+            if (door == Door::open) lock.unlock();
+            body(*instance);
+            return planned;
+        } catch (const Misuse& misuse) {
+            if (!lock.owns_lock()) lock.lock();
+            instance->ledger.report(misuse.what + " in " + std::string(function_name(name)));
+            return misuse.code;
+        } catch (const Refusal& refusal) {
+            return refusal.code;
+        } catch (const std::bad_alloc&) {
+            return A_Err_ALLOC;
+        }
+    } catch (...) {
+        return A_Err_GENERIC;
+    }
+}
+
+// Where a result goes.
+template <class T>
+T& result(T* where) {
+    if (!where) throw Misuse{"null result", PF_Err_BAD_CALLBACK_PARAM};
+    return *where;
+}
+
+// Copies a text into one of the interface's name buffers of 32 bytes, cut to 31; a null buffer is not wanted.
+inline void write_name(A_char* buffer, std::string_view text) {
+    if (!buffer) return;
+    const std::size_t length = std::min<std::size_t>(text.size(), AEGP_MAX_LAYER_NAME_SIZE - 1);
+    std::copy_n(text.data(), length, buffer);
+    buffer[length] = '\0';
+}
+
+// A name given by the effect, cut to 31 characters; no more of it is read.
+inline std::string read_name(const A_char* text) {
+    if (!text) throw Misuse{"null name", PF_Err_BAD_CALLBACK_PARAM};
+    const A_char* end = std::find(text, text + AEGP_MAX_LAYER_NAME_SIZE - 1, '\0');
+    return {text, end};
+}
+
+// unserved<"Layer.AEGP_AddLayer"> fits a slot of any function type: it notes the call and answers an error.
+template <std::size_t N>
+struct CallName {
+    char text[N]{};
+    constexpr CallName(const char (&name)[N]) { std::copy_n(name, N, text); }  // NOLINT: a literal is a name
+};
+
+template <CallName Name>
+struct Unserved {
+    template <class... A>
+    static A_Err call(A...) {
+        return serve(std::string_view(Name.text), [](Instance&) { throw Refusal{PF_Err_INVALID_CALLBACK}; });
+    }
+    template <class... A>
+    using Function = A_Err (*)(A...);
+    template <class... A>
+    constexpr operator Function<A...>() const {  // NOLINT: this is its purpose
+        return &call<A...>;
+    }
+};
+
+template <CallName Name>
+inline constexpr Unserved<Name> unserved{};
+
+}  // namespace zam::host

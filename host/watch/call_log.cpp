@@ -1,0 +1,29 @@
+#include "host/watch/call_log.h"
+
+namespace zam::host {
+
+void CallLog::clear() {
+    calls_.clear();
+    names_.clear();
+}
+
+void CallLog::set_plan(FaultPlan plan) {
+    plan_ = std::move(plan);
+    count_.clear();
+}
+
+A_Err CallLog::enter(std::string_view call) {
+    calls_.push_back(call);
+    if (plan_.empty()) return 0;
+    return plan_.code_for(call, ++count_[call]);
+}
+
+const std::vector<std::string>& CallLog::names() const {
+    if (names_.size() < calls_.size()) {
+        names_.reserve(calls_.size());
+        for (std::size_t i = names_.size(); i < calls_.size(); ++i) names_.emplace_back(calls_[i]);
+    }
+    return names_;
+}
+
+}  // namespace zam::host

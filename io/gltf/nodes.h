@@ -1,0 +1,54 @@
+#pragma once
+// The node hierarchy of a glTF file and its movement.
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "io/gltf/animation.h"
+#include "io/gltf/container.h"
+#include "io/gltf/linear.h"
+
+namespace zam::io::gltf {
+
+struct Node {
+    std::string name;
+    const JsonValue* place = nullptr;
+    std::optional<std::size_t> parent;
+    std::vector<std::size_t> children;
+    std::optional<std::size_t> light, camera;  // indices of definitions
+    std::optional<Placement> matrix;           // instead of the three below
+    Vec3 translation, scale{1.0, 1.0, 1.0};
+    Quaternion rotation;
+    std::vector<Track> tracks;
+};
+
+// The nodes of the file's scene (or, without scenes, all). Only the tracks of nodes that carry lights and
+// cameras, or their ancestors, are read: other animation may lack its buffers.
+class NodeTree {
+  public:
+    // Throws SceneError; `warnings` gains what is ignored.
+    NodeTree(const Container& file, const Channels& channels, std::vector<std::string>& warnings);
+
+    [[nodiscard]] const Node& node(std::size_t index) const { return nodes_[index]; }
+    // The nodes with a light or a camera, parents before children, otherwise in the order of the file.
+    [[nodiscard]] const std::vector<std::size_t>& carriers() const { return carriers_; }
+    // True when the node or an ancestor is animated.
+    [[nodiscard]] bool moves(std::size_t index) const;
+    // With the scale of the hierarchy in the axes.
+    [[nodiscard]] Placement world(std::size_t index, double seconds) const;
+    // Unit axes: -z is where a light shines and a camera looks. Scale can tilt the axes of a hierarchy; z
+    // then keeps its direction and the others are set upright to it.
+    [[nodiscard]] Placement world_axes(std::size_t index, double seconds) const;
+
+  private:
+    void read_node(const Container& file, const JsonValue& value);
+    void link(const Container& file);
+    void walk(const Container& file);
+    void read_tracks(const Container& file, const Channels& channels);
+    [[nodiscard]] Placement local(std::size_t index, double seconds, bool with_scale) const;
+
+    std::vector<Node> nodes_;
+    std::vector<std::size_t> carriers_;
+};
+
+}  // namespace zam::io::gltf

@@ -1,0 +1,239 @@
+"""The program `zam` from the outside: exit codes, messages, files.
+
+    program_test.py PROGRAM ROOT
+"""
+
+import json
+import os
+import pathlib
+import pty
+import re
+import struct
+import subprocess
+import sys
+import tempfile
+import unittest
+import zlib
+
+PROGRAM, ROOT = sys.argv[1], pathlib.Path(sys.argv[2])
+
+SCENE = {
+    "size": [32, 20], "duration": 12, "work_area": [3, 4],
+    "layers": [
+        {"kind": "light", "position": [4, 10, 20], "point_of_interest": [28, 10, 15], "cone_angle": 40, "color": [1, 0.5, 0],
+         "intensity": {"keys": [[0, 2], [11, 20]]}},
+        {"kind": "solid", "name": "Wall", "size": [20, 20], "position": [16, 10, 0], "rotation_y": 60},
+    ],
+    "effect": {"controls": {"Spot Lights": {"Start Distance": 1, "Reach": 60}}},
+}
+
+
+def read_png(path):
+    """Width, height, bits, and the samples, four for a pixel; only what the program writes is understood."""
+    data = path.read_bytes()
+    assert data[:8] == b"\x89PNG\r\n\x1a\n"
+    at, body, header = 8, b"", None
+    while at < len(data):
+        length, kind = struct.unpack(">I4s", data[at:at + 8])
+        chunk = data[at + 8:at + 8 + length]
+        if kind == b"IHDR":
+            header = struct.unpack(">IIBB", chunk[:10])
+        if kind == b"IDAT":
+            body += chunk
+        at += 12 + length
+    width, height, bits, color = header
+    assert color == 6, "RGBA"
+    raw = zlib.decompress(body)
+    pixel, row = bits // 2, width * bits // 2
+    assert len(raw) == height * (1 + row)
+    above, samples = bytearray(pixel + row), []
+    for y in range(height):
+        kind, coded = raw[y * (1 + row)], raw[y * (1 + row) + 1:(y + 1) * (1 + row)]
+        line = bytearray(pixel + row)
+        for i, code in enumerate(coded, pixel):
+            left, up, corner = line[i - pixel], above[i], above[i - pixel]
+            nearest = min((left, up, corner), key=lambda c: abs(left + up - corner - c))
+            line[i] = (code + (0, left, up, (left + up) // 2, nearest)[kind]) & 255
+        above = line
+        samples += line[pixel:] if bits == 8 else struct.unpack(f">{width * 4}H", line[pixel:])
+    return width, height, bits, samples
+
+
+def brightest(samples):
+    """The largest alpha, which is the light's strength: the colour is straight."""
+    return max(samples[3::4])
+
+
+class Program(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+        self.write("scene.json", SCENE)
+
+    def write(self, name, scene):
+        (self.folder / name).write_text(scene if isinstance(scene, str) else json.dumps(scene))
+
+    def zam(self, *arguments):
+        return subprocess.run([PROGRAM, *map(str, arguments)], cwd=self.folder, capture_output=True, text=True)
+
+    def expect(self, code, message, *arguments):
+        run = self.zam(*arguments)
+        self.assertEqual(run.returncode, code, f"{arguments}: {run.stderr}")
+        self.assertIn(message, run.stderr)
+        if code:
+            self.assertRegex(run.stderr, r"(?m)^zam: .")
+            self.assertEqual(run.stdout, "")
+        return run
+
+    def rendered(self, *arguments, scene="scene.json"):
+        """The names that a render leaves in out/."""
+        self.expect(0, "", "render", scene, *arguments)
+        return sorted(p.name for p in (self.folder / "out").iterdir())
+
+    def test_help_documents_the_exit_codes(self):
+        for arguments in (["--help"], ["render", "--help"], ["controls", "--help"]):
+            run = self.zam(*arguments)
+            self.assertEqual(run.returncode, 0)
+            for code in range(6):
+                self.assertRegex(run.stdout, rf"(?m)^ *{code}  \w")
+        self.assertRegex(self.zam("--version").stdout, r"^zam \d+\.\d+\.\d+\n$")
+
+    def test_wrong_usage(self):
+        out = ["-o", "out/a.####.png"]
+        for message, arguments in [
+            ("no command is given", []),
+            ("unexpected rendr\nzam: hint: did you mean render?", ["rendr", "scene.json"]),
+            ("unknown option --frame\nzam: hint: did you mean --frames?", ["render", "scene.json", *out, "--frame=1"]),
+            ("no scene is given", ["render"]),
+            ("no output is given", ["render", "scene.json"]),
+            ("unexpected second.json", ["render", "scene.json", "second.json", *out]),
+            ("--depth", ["render", "scene.json", *out, "--depth", "12"]),
+            ("--resolution", ["render", "scene.json", *out, "--resolution", "third"]),
+            ("several frames would all get this name\nzam: hint: put # where the frame's number goes, for example a.####.png",
+             ["render", "scene.json", "-o", "a.png"]),
+            ("only PNG files are written", ["render", "scene.json", "-o", "a.####.exr"]),
+            ("for glTF scenes", ["render", "scene.json", *out, "--fps", "25"]),
+            ("--set 'Lok=Weak'", ["render", "scene.json", *out, "--set", "Lok=Weak"]),
+            ("hint: did you mean \"Look\"?", ["render", "scene.json", *out, "--set", "Lok=Weak"]),
+            ("Spot Lights/Intensity", ["render", "scene.json", *out, "--set", "Intensity=1"]),
+            ("--set 'Gamma=200'", ["render", "scene.json", *out, "--set", "Gamma=200"]),
+            ("there is no control and value", ["render", "scene.json", *out, "--set", "Gamma"]),
+        ]:
+            with self.subTest(arguments=arguments):
+                self.expect(2, message, *arguments)
+        for frames, message in [("12", "only the frames 0-11"), ("5-3", "runs backwards"), (",", "list of frames"),
+                                ("1,", "list of frames"), ("0-4x0", "list of frames"), ("0-4y", "list"),
+                                ("99999999999", "list of frames"), ("0-2147483647", "only the frames")]:
+            with self.subTest(frames=frames):
+                self.expect(2, message, "render", "scene.json", *out, "--frames", frames)
+        self.assertFalse((self.folder / "out").exists())
+
+    def test_bad_input(self):
+        self.expect(3, "none.json: cannot read the file", "render", "none.json", "-o", "a.#.png")
+        self.write("bad.json", '{"layers": [\n  {"kind": "light", "cone_angle": 190}]}')
+        self.expect(3, "zam: bad.json:2:35: layer 1: cone_angle 190 is outside 0..180 degrees\nzam: hint: angles",
+                    "render", "bad.json", "-o", "a.#.png")
+        self.write("control.json", '{"layers": [],\n "effect": {"controls": {"Lok": "Weak"}}}')
+        self.expect(3, "control.json:2:26: ", "render", "control.json", "-o", "a.png")
+        self.write("scene.gltf", '{"asset": {"version": "1.0"}}')
+        self.expect(3, "/asset/version: glTF version \"1.0\"", "render", "scene.gltf", "-o", "a.png")
+
+    def test_plugin_faults(self):
+        self.write("text.so", "no library")
+        for plugin in ("none.so", "text.so", "/proc/self/exe"):
+            for command in (["controls"], ["render", "scene.json", "-o", "a.#.png"]):
+                self.expect(4, plugin, *command, "--plugin", plugin)
+
+    def test_unwritable_output(self):
+        self.write("file", "in the way")
+        self.expect(5, "file", "render", "scene.json", "-o", "file/a.#.png")
+        (self.folder / "taken.3.png").mkdir()
+        self.expect(5, "taken.3.png: cannot write the image", "render", "scene.json", "-o", "taken.#.png")
+
+    def test_frames_become_numbered_files(self):
+        names = self.rendered("-o", "out/deep/../l.####.png")
+        self.assertEqual(names, ["deep", "l.0003.png", "l.0004.png"])  # the work area
+        self.assertEqual(self.rendered("-o", "out/b#.png", "--frames", "1,9-11,10")[:4],
+                         ["b1.png", "b10.png", "b11.png", "b9.png"])
+        self.assertEqual(self.rendered("-o", "out/a.png", "--frames", "7")[0], "a.png")
+        self.rendered("-o", "out/x.##.png", "--frames", "0-11x5")
+        self.assertEqual(sorted(p.name for p in (self.folder / "out").glob("x.*")),
+                         ["x.00.png", "x.05.png", "x.10.png"])
+
+    def test_depth_and_resolution(self):
+        for depth in (8, 16):
+            for resolution, size in (("full", (32, 20)), ("half", (16, 10)), ("quarter", (8, 5))):
+                self.rendered("-o", "out/a.png", "--frames", "6", "--depth", depth, "--resolution", resolution)
+                width, height, bits, samples = read_png(self.folder / "out/a.png")
+                self.assertEqual((width, height, bits), (*size, depth))
+                full = 255 if depth == 8 else 65535
+                self.assertTrue(full / 20 < brightest(samples) < full, "too dark or too bright to tell")
+                lit = next(samples[i:i + 3] for i in range(0, len(samples), 4) if samples[i + 3])
+                self.assertEqual(lit, [full, full // 2 + 1, 0])
+
+    def test_controls_change_the_picture(self):
+        def picture(*arguments, scene="scene.json"):
+            self.rendered("-o", "out/a.png", "--frames", "6", *arguments, scene=scene)
+            return read_png(self.folder / "out/a.png")[3]
+
+        def differ(one, other):
+            return max(abs(a - b) for a, b in zip(one, other)) > 5
+
+        plain = picture()
+        self.assertEqual(plain, picture("--set", "Look=Natural", "--threads", "1"))
+        self.assertTrue(differ(plain, picture("--set", "Look=Strong")))
+        self.assertEqual(picture("--set", "#25=4"), picture("--set", "Look=Weak", "--set", "Look=Strong"))
+        off = picture("--set", "Spot Light Model=Off")
+        self.assertEqual(brightest(off), 0)
+        # The cone ends at the wall once the wall is chosen, on the command line as in the scene.
+        wall = picture("--set", "Reach Comp Layer=on", "--set", "Set Reach Layer=Wall")
+        self.assertTrue(differ(wall, plain))
+        scene = json.loads(json.dumps(SCENE))
+        scene["effect"]["controls"]["Spot Lights"].update({"Reach Comp Layer": True, "Set Reach Layer": "Wall"})
+        self.write("wall.json", scene)
+        self.assertEqual(wall, picture(scene="wall.json"))
+
+    def test_controls_are_listed(self):
+        table = self.expect(0, "", "controls").stdout
+        self.assertRegex(table, r"(?m)^19 +#20 +Spot Lights/Set Reach Layer ")
+        self.assertRegex(table, r"Spot Lights/Reach +fixed slider +0 to 10000 +400")
+        entries = json.loads(self.expect(0, "", "controls", "--json").stdout)
+        self.assertEqual([e["index"] for e in entries], list(range(1, len(entries) + 1)))
+        look = next(e for e in entries if e["name"] == "Look")
+        self.assertEqual((look["id"], look["group"], look["choices"][5], look["default"]),
+                         (25, "General", "Adjustable Natural", 3))
+
+    def test_gltf_scene(self):
+        scene = ROOT / "examples/stage/stage.gltf"
+        run = self.expect(0, "percent per candela", "render", scene, "-o", "out/s.##.png", "--frames", "0,47",
+                          "--size", "64x36", "--pixels-per-metre", "50")
+        self.assertNotIn("warning", run.stderr)
+        first, last = (read_png(self.folder / f"out/s.{n}.png") for n in ("00", "47"))
+        self.assertEqual(first[:2], (64, 36))
+        self.assertNotEqual(first[3], last[3])
+        self.assertGreater(brightest(first[3]), 20)
+        self.expect(3, "there is no perspective camera \"X\"", "render", scene, "-o", "a.#.png", "--camera", "X")
+
+    def test_progress(self):
+        run = self.expect(0, "frame 3 (1 of 2): out/a.3.png\nframe 4 (2 of 2): out/a.4.png\n", "render",
+                          "scene.json", "-o", "out/a.#.png")
+        self.assertNotIn("\r", run.stderr)
+        self.assertEqual(self.expect(0, "", "render", "scene.json", "-o", "out/a.#.png", "-q").stderr, "")
+        main, terminal = pty.openpty()
+        process = subprocess.Popen([PROGRAM, "render", "scene.json", "-o", "out/a.#.png"], cwd=self.folder,
+                                   stderr=terminal, env={**os.environ, "TERM": "xterm"})
+        os.close(terminal)
+        shown = b""
+        try:
+            while piece := os.read(main, 4096):
+                shown += piece
+        except OSError:  # how a terminal ends
+            pass
+        os.close(main)
+        self.assertEqual(process.wait(), 0)
+        self.assertRegex(shown.decode(), re.escape("\r\x1b[K[###############---------------] 1/2  0:0") + r"\d left")
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])

@@ -1,0 +1,10 @@
+// Throws a standard exception when it renders.
+#include <stdexcept>
+
+#include "tests/contract/broken_plugins/well_behaved.h"
+
+BROKEN_EXPORT PF_Err EntryPointFunc(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef*[],
+                                    PF_LayerDef* output, void*) {
+    if (cmd == PF_Cmd_RENDER) throw std::runtime_error("no idea");
+    return broken::answer(cmd, in, out, output);
+}

@@ -1,0 +1,130 @@
+// Small frames against the slow reference renderer's, kept as pictures in tests/golden.
+#include <png.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "io/png_writer.h"
+#include "io/read_scene.h"
+#include "tests/contract/reference_scene.h"
+#include "tests/contract/zam_fixture.h"
+
+namespace zam::test {
+namespace {
+
+struct Golden {
+    const char* scene;
+    double frame;
+    Depth depth;
+    int divisor;  // of the resolution
+
+    [[nodiscard]] RenderSettings settings() const {
+        const Ratio down{1, static_cast<std::uint32_t>(divisor)};
+        return {depth, down, down};
+    }
+    [[nodiscard]] std::string file() const {
+        return "tests/golden/" + std::string(scene) + "." + std::to_string(static_cast<int>(frame)) +
+               (divisor > 1 ? ".half" : "") + ".png";
+    }
+};
+
+std::vector<Golden> goldens() {
+    std::vector<Golden> all;
+    const auto add = [&](const char* scene, int frames) {
+        for (int frame = 0; frame < frames; ++frame)
+            all.push_back({scene, static_cast<double>(frame), Depth::bits16, 1});
+    };
+    add("points", 6);
+    add("spots", 6);
+    add("reach", 4);
+    add("default_view", 1);
+    all.push_back({"spots", 0, Depth::bits8, 1});
+    all.push_back({"spots", 0, Depth::bits16, 2});
+    all.push_back({"points", 3, Depth::bits8, 2});
+    return all;
+}
+
+// The codes of a PNG file that io::write_png made of a 16-bit frame.
+std::vector<std::uint16_t> read_codes(const std::string& file) {
+    png_image image{};
+    image.version = PNG_IMAGE_VERSION;
+    if (!png_image_begin_read_from_file(&image, file.c_str())) return {};
+    // The simplified interface hands out 16 bits linear and premultiplied; the file's own bytes are wanted.
+    png_image_free(&image);
+    FILE* stream = std::fopen(file.c_str(), "rb");
+    png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
+    png_infop info = png_create_info_struct(png);
+    png_init_io(png, stream);
+    png_read_png(png, info, PNG_TRANSFORM_SWAP_ENDIAN, nullptr);
+    const std::size_t width = png_get_image_width(png, info), height = png_get_image_height(png, info);
+    std::vector<std::uint16_t> codes;
+    for (std::size_t y = 0; y < height; ++y) {
+        const auto* row = reinterpret_cast<const std::uint16_t*>(png_get_rows(png, info)[y]);
+        for (std::size_t x = 0; x < width; ++x) {
+            for (const std::size_t channel : {3U, 0U, 1U, 2U}) {
+                codes.push_back(
+                    static_cast<std::uint16_t>((row[4 * x + channel] * 32768ULL + 32767) / 65535));
+            }
+        }
+    }
+    png_destroy_read_struct(&png, &info, nullptr);
+    std::fclose(stream);
+    return codes;
+}
+
+Frame to_frame(const reference::Frame& frame) {
+    Frame picture;
+    picture.width = frame.width;
+    picture.height = frame.height;
+    picture.depth = frame.deep ? Depth::bits16 : Depth::bits8;
+    picture.argb = frame.argb;
+    return picture;
+}
+
+// Every channel within one code; says where not.
+void expect_same_picture(const std::vector<std::uint16_t>& got, const std::vector<std::uint16_t>& expected,
+                         int width, const std::string& what) {
+    ASSERT_EQ(got.size(), expected.size()) << what;
+    int off = 0;
+    for (std::size_t i = 0; i < got.size(); ++i) {
+        if (std::abs(got[i] - expected[i]) <= 1) continue;
+        if (++off > 5) continue;
+        const auto pixel = static_cast<int>(i / 4);
+        ADD_FAILURE() << what << ": pixel (" << pixel % width << ", " << pixel / width << ") "
+                      << "ARGB"[i % 4] << ": got " << got[i] << ", expected " << expected[i];
+    }
+    EXPECT_EQ(off, 0) << what << ": channels of " << got.size() << " more than one code off";
+}
+
+TEST(Golden, FramesAreTheReferenceRenderers) {
+    const char* accept =
+        std::getenv("ZAM_ACCEPT_GOLDEN");  // rewrite the pictures from the reference renderer
+    for (const Golden& golden : goldens()) {
+        const std::string scene = "tests/golden/" + std::string(golden.scene) + ".json";
+        const Composition comp = io::read_scene(scene, {}).composition;
+        Running running(comp);
+        running.session.apply_settings(comp.effect);
+        for (const Control& control : running.session.controls()) {
+            if (control.name != "Set Reach Layer") continue;
+            for (const ControlSetting& setting : comp.effect.controls) {
+                const ResolvedSetting resolved = resolve_setting(running.session.controls(), setting, comp);
+                if (resolved.index == control.index) {
+                    running.session.choose_layer(control.index, static_cast<LayerId>(resolved.value.at(0)),
+                                                 0);
+                }
+            }
+        }
+        const Frame frame = running.render(golden.frame, golden.settings());
+        EXPECT_TRUE(frame.outcome.ok()) << golden.file();
+        EXPECT_FALSE(is_black(frame)) << golden.file();
+        const reference::Frame slow =
+            render_reference(comp, running.session.controls(), golden.frame, golden.settings());
+        expect_same_picture(frame.argb, slow.argb, frame.width, golden.file());
+        if (golden.depth != Depth::bits16) continue;
+        if (accept) io::write_png(golden.file(), to_frame(slow));
+        expect_same_picture(frame.argb, read_codes(golden.file()), frame.width, golden.file() + " as kept");
+    }
+}
+
+}  // namespace
+}  // namespace zam::test

@@ -1,0 +1,111 @@
+// The Effect Controls panel: greying on both generations of hosts, and the control-update suite in all its
+// versions.
+#include <set>
+
+#include "tests/contract/zam_fixture.h"
+
+namespace zam::test {
+namespace {
+
+constexpr PF_SpecVersion kCurrent{13, 29}, kOlder{13, 2};
+
+std::set<int> greyed(Running& running) {
+    running.session.send(PF_Cmd_UPDATE_PARAMS_UI);
+    std::set<int> disabled;
+    for (int index = 1; index < 28; ++index) {
+        if (running.session.is_disabled(index)) disabled.insert(index);
+    }
+    return disabled;
+}
+
+TEST(Greying, FollowsTheModels) {
+    const std::set<int> spot_layer_controls{19, 20}, gamma{26};
+    const auto with = [](std::set<int> a, const std::set<int>& b) {
+        a.insert(b.begin(), b.end());
+        return a;
+    };
+    const struct {
+        int point_model;
+        std::set<int> disabled;
+    } points[] = {{1, {3, 4, 5, 6, 7, 8, 9}}, {2, {6, 7, 8, 9}}, {3, {8, 9}}, {4, {}}, {5, {4, 5, 6, 7}}};
+    for (const PF_SpecVersion version : {kCurrent, kOlder}) {
+        Running running(make_composition(), {.api_version = version});
+        running.set("Look", 5);
+        for (const auto& row : points) {
+            running.set("Point Light Model", row.point_model);
+            EXPECT_EQ(greyed(running), with(row.disabled, spot_layer_controls)) << row.point_model;
+        }
+        running.set("Point Light Model", 4);
+        for (int look = 1; look <= 6; ++look) {
+            running.set("Look", look);
+            EXPECT_EQ(greyed(running), look < 5 ? with(spot_layer_controls, gamma) : spot_layer_controls)
+                << look;
+        }
+        running.set("Reach Comp Layer", 1);
+        EXPECT_EQ(greyed(running), (std::set<int>{16, 17}));
+        running.set("Spot Light Model", 1);
+        EXPECT_EQ(greyed(running), (std::set<int>{13, 14, 15, 16, 17, 18, 19, 20}));
+    }
+}
+
+TEST(Greying, UpdatesEveryControlInOrderAndRefreshes) {
+    Running running(make_composition());
+    const Outcome outcome = running.session.send(PF_Cmd_UPDATE_PARAMS_UI);
+    EXPECT_TRUE(outcome.ok());
+    EXPECT_EQ(outcome.out_flags, PF_OutFlag_REFRESH_UI);
+    const auto& calls = running.session.calls();
+    ASSERT_EQ(calls.size(), 18U);
+    EXPECT_EQ(calls.front(), "Basic.AcquireSuite");
+    EXPECT_EQ(calls.back(), "Basic.ReleaseSuite");
+    EXPECT_EQ(std::count(calls.begin(), calls.end(), "ParamUtils.PF_UpdateParamUI"), 16);
+}
+
+TEST(Greying, TakesAnyVersionOfTheSuite) {
+    const std::string suite = "PF Param Utils Suite ";
+    for (int served = 1; served <= 3; ++served) {
+        SessionOptions options;
+        for (int version = 1; version <= 3; ++version) {
+            if (version != served) options.withheld_suites.push_back(suite + std::to_string(version));
+        }
+        Running running(make_composition(), options);
+        running.set("Look", 5);
+        EXPECT_EQ(greyed(running), (std::set<int>{6, 7, 8, 9, 19, 20})) << served;
+        EXPECT_TRUE(running.session.send(PF_Cmd_UPDATE_PARAMS_UI).ok());
+    }
+}
+
+TEST(Greying, SaysSoWhenThereIsNoSuite) {
+    const struct {
+        SessionOptions options;
+        const char* message;
+        std::size_t calls;
+    } rows[] = {
+        {{.withheld_suites = {"PF Param Utils Suite 1", "PF Param Utils Suite 2", "PF Param Utils Suite 3"}},
+         "Failed to acquire suite.",
+         5},  // three acquisitions, one message, one release
+        {{.basic_suite = false}, "Failed to release suite.", 2},
+    };
+    for (const auto& row : rows) {
+        Composition comp = make_composition();
+        Session session(zam_plugin(), comp, row.options);
+        session.send(PF_Cmd_GLOBAL_SETUP);
+        session.send(PF_Cmd_PARAMS_SETUP);
+        session.send(PF_Cmd_SEQUENCE_SETUP);
+        const Outcome outcome = session.send(PF_Cmd_UPDATE_PARAMS_UI);
+        EXPECT_EQ(outcome.error, 0);
+        EXPECT_EQ(outcome.message, row.message);
+        EXPECT_TRUE(outcome.message_is_error);
+        EXPECT_EQ(session.calls().size(), row.calls);
+    }
+}
+
+TEST(Greying, ErrorsOfTheHostAreSwallowed) {
+    Running running(make_composition());
+    running.session.set_faults(FaultPlan().fail("ParamUtils.PF_UpdateParamUI", 3, 512));
+    const Outcome outcome = running.session.send(PF_Cmd_UPDATE_PARAMS_UI);
+    EXPECT_TRUE(outcome.ok());
+    EXPECT_EQ(running.session.calls().size(), 18U);
+}
+
+}  // namespace
+}  // namespace zam::test

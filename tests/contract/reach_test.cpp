@@ -1,0 +1,159 @@
+// The reach light's life: made, found again, renamed, and what it does to the cones.
+#include "tests/contract/zam_fixture.h"
+
+namespace zam::test {
+namespace {
+
+Composition with_wall() {
+    Composition comp = make_composition();
+    add_spot(comp, {10, 18, 0}, {60, 18, 0});
+    comp.items.push_back({2, "Wall source", 40, 40});
+    Layer& wall = add_layer(comp, LayerKind::solid, "Wall", {40, 0, 0});
+    wall.source = 2;
+    wall.transform.rotation_y = 90.0;  // its z axis points right
+    return comp;
+}
+
+LayerId wall_id(const Composition& comp) {
+    for (const Layer& layer : comp.layers) {
+        if (layer.source == 2) return layer.id;
+    }
+    return 0;
+}
+
+const Layer* reach_light(const Composition& comp, LayerId parent) {
+    for (const Layer& layer : comp.layers) {
+        if (layer.kind == LayerKind::light && layer.parent == parent && parent != 0) return &layer;
+    }
+    return nullptr;
+}
+
+std::vector<std::uint8_t> bytes_of(LayerId id) {
+    return {static_cast<std::uint8_t>(id), static_cast<std::uint8_t>(id >> 8), 0, 0};
+}
+
+TEST(Reach, PickingALayerMakesAHiddenLightThatTheNextFrameFinds) {
+    Running running(with_wall());
+    running.set("Spot Light Model", 4);
+    running.set("Reach Comp Layer", 1);
+    const Frame before = running.render();
+    const LayerId wall = wall_id(running.comp);
+    const Outcome picked = running.session.choose_layer(running.index_of("Set Reach Layer"), wall, 0);
+    EXPECT_TRUE(picked.ok()) << ::testing::PrintToString(picked.reports);
+    EXPECT_TRUE(picked.out_flags & PF_OutFlag_REFRESH_UI);
+    EXPECT_EQ(running.session.sequence_bytes(), bytes_of(wall));
+    const Layer* light = reach_light(running.comp, wall);
+    ASSERT_NE(light, nullptr);
+    EXPECT_EQ(light->name, "Zam Reach [Wall]");
+    EXPECT_EQ(light->light.type, LightType::spot);
+    EXPECT_FALSE(light->video);
+    EXPECT_TRUE(light->shy);
+    EXPECT_TRUE(light->locked);
+    EXPECT_EQ(light->light.intensity.at(0), 0.0);
+    EXPECT_EQ(light->transform.position.at(0), Vec3{});
+    EXPECT_EQ(light->start_frame, 0.0);
+
+    // The beam now ends at the wall's plane, x = 40; its own reach of 400 went off the picture.
+    const Frame after = running.render();
+    const auto alpha = [](const Frame& f, int x) {
+        return f.argb[static_cast<std::size_t>(4 * (18 * f.width + x))];
+    };
+    EXPECT_GT(alpha(before, 50), 0);
+    EXPECT_GT(alpha(after, 30), 0);
+    EXPECT_EQ(alpha(after, 50), 0);
+    // From the other side of the wall, only both sides end a cone that goes away from the plane... which is
+    // behind it.
+    EXPECT_EQ(alpha(after, 30), alpha(before, 30));
+
+    // Picking again renames; keyframed intensity is the user's own.
+    running.comp.find_layer(wall)->name = "A very long layer name indeed";
+    Layer* mine = running.comp.find_layer(light->id);
+    mine->light.intensity.keys = {{0, 5.0}, {10, 7.0}};
+    const std::size_t layers = running.comp.layers.size();
+    running.session.choose_layer(running.index_of("Set Reach Layer"), wall, 0);
+    EXPECT_EQ(running.comp.layers.size(), layers);
+    EXPECT_EQ(reach_light(running.comp, wall)->name, "Zam Reach [A very long layer na");
+    EXPECT_EQ(reach_light(running.comp, wall)->light.intensity.at(10), 7.0);
+}
+
+TEST(Reach, BothSidesFlipThePlaneForLightsBehindIt) {
+    // The light stands beyond the wall and shines away from it: to the right.
+    Composition comp = with_wall();
+    for (Layer& layer : comp.layers) {
+        if (layer.kind == LayerKind::light) {
+            layer.transform.position = Vec3{60, 18, 0};
+            layer.transform.point_of_interest = Vec3{0, 18, 0};  // back through the wall
+        }
+    }
+    Running running(comp);
+    running.set("Spot Light Model", 4);
+    running.set("Reach Comp Layer", 1);
+    running.session.choose_layer(running.index_of("Set Reach Layer"), wall_id(running.comp), 0);
+    const auto lit = [&](int x) {
+        return running.render().argb[static_cast<std::size_t>(4 * (18 * 64 + x))] > 0;
+    };
+    EXPECT_TRUE(lit(50));
+    EXPECT_FALSE(lit(20));  // ends at the wall
+    running.set("Reach Both Sides", 0);
+    EXPECT_FALSE(lit(50));  // only what is on the near side of the plane counts
+    EXPECT_TRUE(lit(20));
+}
+
+TEST(Reach, SomeLayersAreNotAccepted) {
+    Composition comp = with_wall();
+    Layer& flat = add_layer(comp, LayerKind::solid, "Flat", {0, 0, 0});
+    flat.three_d = false;
+    flat.source = 1;
+    const LayerId flat_id = flat.id;
+    comp.find_layer(1)->three_d = true;  // the effect's own layer
+    for (const LayerId id : {LayerId{0}, flat_id, LayerId{1}}) {
+        Running running(comp);
+        const std::size_t layers = running.comp.layers.size();
+        EXPECT_TRUE(running.session.choose_layer(running.index_of("Set Reach Layer"), id, 0).ok()) << id;
+        EXPECT_EQ(running.comp.layers.size(), layers) << id;
+        EXPECT_EQ(running.session.sequence_bytes(), bytes_of(0)) << id;
+    }
+}
+
+TEST(Reach, IsRecognisedByNameAndParent) {
+    // A spot named like the beginning of the reach light's name, parented to the wall, is taken for it; one
+    // parented elsewhere is not. A layer without a name goes by its source's.
+    for (const bool parented : {true, false}) {
+        Composition comp = with_wall();
+        const LayerId wall = wall_id(comp);
+        comp.find_layer(wall)->name = "";
+        Layer& zam = add_spot(comp, {0, 0, 0}, {0, 0, 0}, "Zam");
+        const LayerId zam_id = zam.id;
+        if (parented) zam.parent = wall;
+        Running running(comp);
+        running.session.choose_layer(running.index_of("Set Reach Layer"), wall, 0);
+        EXPECT_EQ(running.comp.find_layer(zam_id)->name, parented ? "Zam Reach [Wall source]" : "Zam");
+        EXPECT_EQ(running.comp.layers.size(), comp.layers.size() + (parented ? 0 : 1));
+    }
+}
+
+TEST(Reach, OlderHostsLookAfterTheLightOnEveryCall) {
+    Running running(with_wall(), {.api_version = {13, 2}});
+    const LayerId wall = wall_id(running.comp);
+    running.session.choose_layer(running.index_of("Set Reach Layer"), wall, 0);
+    EXPECT_EQ(running.session.sequence_bytes(), bytes_of(0));  // "Reach Comp Layer" is off
+    running.set("Reach Comp Layer", 1);
+    const Outcome found = running.session.send(PF_Cmd_UPDATE_PARAMS_UI);
+    EXPECT_EQ(found.error, 0);
+    EXPECT_EQ(running.session.sequence_bytes(), bytes_of(wall));
+    // A new id ends the call early, with the suite still held and nothing greyed.
+    ASSERT_EQ(found.reports.size(), 1U);
+    EXPECT_NE(found.reports[0].find("PF Param Utils Suite"), std::string::npos);
+    EXPECT_FALSE(running.session.is_disabled(16));
+    EXPECT_TRUE(running.session.send(PF_Cmd_UPDATE_PARAMS_UI).ok());
+    EXPECT_TRUE(running.session.is_disabled(16));
+}
+
+TEST(Reach, WithoutALightTheConesEndAtTheirReach) {
+    Running plain(with_wall()), active(with_wall());
+    active.set("Reach Comp Layer", 1);
+    EXPECT_EQ(active.render().argb, plain.render().argb);
+}
+
+}  // namespace
+}  // namespace zam::test

@@ -1,0 +1,138 @@
+// Which lights take part, seen in the frames: a light that a filter silences leaves the frame of a
+// composition without it.
+#include <functional>
+
+#include "tests/contract/zam_fixture.h"
+
+namespace zam::test {
+namespace {
+
+Composition two_lights() {
+    Composition comp = make_composition();
+    add_point(comp, {20, 10, 40}, "Keep");
+    add_spot(comp, {50, 5, 20}, {10, 36, 30}, "Other");
+    return comp;
+}
+
+Layer& other(Composition& comp) { return comp.layers.front(); }
+
+TEST(Filters, SilenceALightAsIfItWereNotThere) {
+    Composition without = two_lights();
+    without.layers.erase(without.layers.begin());
+    const struct {
+        const char* what;
+        std::function<void(Composition&)> change;
+        std::function<void(Running&)> set;
+        double frame;
+        bool silenced;
+    } rows[] = {
+        {"nothing", [](auto&) {}, [](auto&) {}, 0, false},
+        {"switched off", [](auto& c) { other(c).video = false; }, [](auto&) {}, 0, true},
+        {"another one solo", [](auto& c) { c.layers[1].solo = true; }, [](auto&) {}, 0, true},
+        {"its parent hidden",
+         [](auto& c) {
+             Layer& null = add_layer(c, LayerKind::null_object, "Rig", {0, 0, 0});
+             null.video = false;
+             c.layers[1].parent = null.id;
+         },
+         [](auto&) {}, 0, false},
+        {"on or off", [](auto& c) { other(c).video = false; },
+         [](auto& r) { r.set("Use Lights that are", 3); }, 0, false},
+        {"no prefix fits",
+         [](auto& c) {
+             c.layers[1].name = "Front key";
+             other(c).name = "front key";
+         },
+         [](auto& r) { r.set("Name starts with", 3); }, 0, true},
+        {"shorter than the prefix",
+         [](auto& c) {
+             c.layers[1].name = "Front";
+             other(c).name = "Fro";
+         },
+         [](auto& r) { r.set("Name starts with", 3); }, 0, true},
+        {"prefix fits",
+         [](auto& c) {
+             c.layers[1].name = "Back 1";
+             other(c).name = "Back";
+         },
+         [](auto& r) { r.set("Name starts with", 4); }, 0, false},
+        {"starts later", [](auto& c) { other(c).in_frame = 21; }, [](auto&) {}, 20, true},
+        {"starts now", [](auto& c) { other(c).in_frame = 20; }, [](auto&) {}, 20, false},
+        {"at its out point", [](auto& c) { other(c).out_frame = 20; }, [](auto&) {}, 20, false},
+        {"after its out point", [](auto& c) { other(c).out_frame = 19; }, [](auto&) {}, 20, true},
+        {"no intensity", [](auto& c) { other(c).light.intensity = 0.0; }, [](auto&) {}, 0, true},
+        {"neither point nor spot", [](auto& c) { other(c).light.type = LightType::parallel; }, [](auto&) {},
+         0, true},
+        {"negative reach", [](auto& c) { other(c).light.shadow_diffusion = -401.0; },
+         [](auto& r) { r.set("Individual Reach", 4); }, 0, true},
+        {"model off", [](auto&) {}, [](auto& r) { r.set("Spot Light Model", 1); }, 0, true},
+    };
+    for (const auto& row : rows) {
+        Composition comp = two_lights();
+        row.change(comp);
+        Running changed(comp), reference(without);
+        row.set(changed);
+        EXPECT_EQ(changed.render(row.frame).argb == reference.render(row.frame).argb, row.silenced)
+            << row.what;
+    }
+}
+
+TEST(Filters, OffTakesOnlyLightsThatAreOff) {
+    Composition comp = two_lights();
+    Running all_on(comp);
+    all_on.set("Use Lights that are", 2);
+    EXPECT_TRUE(is_black(all_on.render()));
+    for (Layer& layer : comp.layers) layer.video = layer.kind != LayerKind::light;
+    Running all_off(comp);
+    EXPECT_TRUE(is_black(all_off.render()));
+    all_off.set("Use Lights that are", 2);
+    EXPECT_EQ(all_off.render().argb, Running(two_lights()).render().argb);
+}
+
+TEST(Lights, TheirOwnIntensityCountsOnlyWhenUsed) {
+    Composition half = two_lights(), full = two_lights();
+    for (Layer& layer : half.layers) layer.light.intensity = 50.0;
+    Running a(half), b(full);
+    EXPECT_NE(a.render().argb, b.render().argb);
+    a.set("Point Lights/Light's Intensity", 0);
+    a.set("Spot Lights/Light's Intensity", 0);
+    EXPECT_EQ(a.render().argb, b.render().argb);
+}
+
+TEST(Lights, AreSeenAtTheFramesCompositionTime) {
+    Composition comp = two_lights();
+    comp.layers.back().start_frame = 10;  // the effect's layer time runs 10 frames behind
+    Layer& moving = other(comp);
+    moving.transform.position.keys = {{0, {50, 5, 20}}, {40, {10, 30, 20}}};
+    moving.light.intensity.keys = {{0, 0.0, Interpolation::hold}, {20, 100.0}};
+    Composition still = two_lights();
+    other(still).transform.position = Vec3{30, 17.5, 20};
+    EXPECT_EQ(Running(comp).render(20).argb, Running(still).render(20).argb);
+    EXPECT_NE(Running(comp).render(21).argb, Running(comp).render(20).argb);
+}
+
+TEST(Camera, ALostQueryIsReportedAndDoesNotEndTheRender) {
+    for (const char* call : {"PFInterface.AEGP_GetEffectCamera", "Layer.AEGP_GetLayerToWorldXform"}) {
+        Composition comp = make_composition();
+        add_camera(comp, {32, 18, -50}, {32, 18, 0}, 50);
+        Running running(comp);
+        running.session.set_faults(FaultPlan().fail(call, 1, 1));
+        const Frame frame = running.render();
+        EXPECT_EQ(frame.outcome.error, 0) << call;
+        EXPECT_EQ(frame.outcome.message,
+                  "Could not find camera at current time.\nChoose Layer>New>Camera to create a camera.");
+        EXPECT_TRUE(frame.outcome.message_is_error);
+        EXPECT_TRUE(is_black(frame));
+    }
+    // Without a camera there is nothing to report.
+    EXPECT_TRUE(Running(two_lights()).render().outcome.ok());
+}
+
+TEST(Camera, AZoomOfZeroGivesAnEmptyLayer) {
+    Composition flat = two_lights();
+    add_camera(flat, {32, 18, -50}, {32, 18, 0}, 0.0);
+    EXPECT_TRUE(is_black(Running(flat).render()));
+}
+
+}  // namespace
+}  // namespace zam::test

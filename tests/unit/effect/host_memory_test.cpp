@@ -1,0 +1,68 @@
+#include "effect/scene/host_memory.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "effect/scene/sequence_data.h"
+
+namespace zam {
+namespace {
+
+PF_Handle new_foreign_handle(A_u_longlong bytes) {
+    auto* master = static_cast<void**>(std::malloc(sizeof(void*)));
+    *master = std::malloc(bytes);
+    return master;
+}
+void* lock_foreign_handle(PF_Handle handle) { return *handle; }
+
+TEST(HostMemory, PlatformFunctionsStandInForMissingCallbacks) {
+    PF_UtilCallbacks utils{};
+    PF_InData in_data{};
+    in_data.utils = &utils;
+    const PF_Handle handle = NewHostHandle(&in_data, kSequenceBytes);
+    {
+        const LockedHandle locked(&in_data, handle);
+        WriteReachLayerId(locked.get(), -2);
+        const auto* bytes = static_cast<const unsigned char*>(locked.get());
+        EXPECT_EQ(bytes[0], 0xFE);  // least significant byte first
+        EXPECT_EQ(bytes[3], 0xFF);
+        EXPECT_EQ(ReadReachLayerId(locked.get()), -2);
+    }
+    DisposeHostHandle(&in_data, handle);
+    EXPECT_EQ(NewHostHandle(&in_data, ~std::size_t{0}), nullptr);
+}
+
+TEST(HostMemory, EachOperationChoosesForItselfAndLeavesForeignBlocksAlone) {
+    PF_UtilCallbacks utils{};
+    utils.host_new_handle = new_foreign_handle;
+    PF_InData in_data{};
+    in_data.utils = &utils;
+    const PF_Handle handle = NewHostHandle(&in_data, 8);
+    EXPECT_EQ(LockHostHandle(&in_data, handle), *handle);  // by the platform: dereferenced
+    utils.host_lock_handle = lock_foreign_handle;
+    EXPECT_EQ(LockHostHandle(&in_data, handle), *handle);
+    UnlockHostHandle(&in_data, handle);
+    DisposeHostHandle(&in_data, handle);  // the platform did not make it and does not free it
+    std::free(*handle);
+    std::free(handle);
+}
+
+TEST(HostMemory, NothingIsDoneWithANullHandle) {
+    PF_UtilCallbacks utils{};
+    utils.host_new_handle = [](A_u_longlong) -> PF_Handle { return nullptr; };
+    utils.host_lock_handle = [](PF_Handle) -> void* { std::abort(); };
+    utils.host_unlock_handle = [](PF_Handle) { std::abort(); };
+    utils.host_dispose_handle = [](PF_Handle) { std::abort(); };
+    PF_InData in_data{};
+    in_data.utils = &utils;
+    HostArray<double> array(&in_data);
+    EXPECT_FALSE(array.Allocate(10));
+    EXPECT_EQ(array.get(), nullptr);
+    const LockedHandle locked(&in_data, nullptr);
+    WriteReachLayerId(locked.get(), 7);
+    EXPECT_EQ(ReadReachLayerId(locked.get()), 0);
+}
+
+}  // namespace
+}  // namespace zam

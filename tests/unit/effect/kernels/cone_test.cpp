@@ -1,0 +1,199 @@
+#include "effect/render/kernels/cone.h"
+
+#include <gtest/gtest.h>
+
+#include "effect/render/kernels/refine.h"
+#include "tests/unit/effect/kernels/random_scene.h"
+
+namespace zam {
+namespace {
+
+const StdMaths maths;
+
+struct Stretch {
+    double near = 0.0, far = 0.0;
+    [[nodiscard]] bool empty() const { return !(far > near); }
+};
+
+Stretch intersect(const test::SpotCase& c, bool outer) {
+    const _RayOpt<double> ray = MakeRayOpt(c.dx, c.dy, 1.0, c.light);
+    Stretch s;
+    IntersectRayWithCone(maths, 0, &c.settings, &c.light, &c.opt, &ray, c.dx, c.dy, 1.0, c.a,
+                         outer ? c.opt.coneCOuter : c.opt.coneCInner,
+                         outer ? c.opt.cosOuterSq : c.opt.cosInnerSq, &s.near, &s.far);
+    return s;
+}
+
+// Is the ray's point at t in the forward cone and between the caps? Geometry alone, in long double.
+bool is_inside(const test::SpotCase& c, bool outer, long double t) {
+    const Vec3 &p = c.light.pos, &d = c.light.dir;
+    const long double x = t * c.dx - p.x, y = t * c.dy - p.y, z = t - p.z;
+    const long double along = x * d.x + y * d.y + z * d.z;
+    const long double distance = std::sqrt(x * x + y * y + z * z);
+    if (along < static_cast<long double>(outer ? c.opt.cosOuter : c.opt.cosInner) * distance) return false;
+    const long double length_sq = dot(d, d);
+    if (along < c.settings.startDistance * length_sq) return false;
+    if (!c.settings.reachActive) return along <= c.light.radius * length_sq;
+    const Vec3& n = c.settings.reachNormal;
+    return (t * (c.dx * n.x + c.dy * n.y + n.z)) * c.opt.endSign <= c.opt.endPlane;
+}
+
+// The kernel's stretch agrees with the inside test at many points of the ray, except close to its own ends.
+void expect_same_inside(const test::SpotCase& c, bool outer, test::Random& random) {
+    const Stretch s = intersect(c, outer);
+    ASSERT_TRUE(s.near >= 0.0 && s.far >= 0.0) << c;
+    const double centre = (c.dx * c.light.pos.x + c.dy * c.light.pos.y + c.light.pos.z) / c.a;
+    for (int i = 0; i < 60; ++i) {
+        const double t = i < 30 ? random.between(0, 2) * std::fabs(centre) : random.over_decades(0.1, 20000);
+        const double slack = 1e-5 * (1 + t);
+        const bool on_an_end = std::fabs(t - s.near) < slack || std::fabs(t - s.far) < slack;
+        if (on_an_end || is_inside(c, outer, t - slack) != is_inside(c, outer, t + slack)) continue;
+        ASSERT_EQ(!s.empty() && s.near < t && t < s.far, is_inside(c, outer, t))
+            << "t " << t << " stretch [" << s.near << ", " << s.far << "] outer " << outer << "\n"
+            << c;
+    }
+}
+
+TEST(Cone, StretchIsWhereThePointsAreInside) {
+    test::Random random(21);
+    int lit = 0;
+    for (int i = 0; i < 20000; ++i) {
+        test::SpotCase c = test::random_spot(random);
+        expect_same_inside(c, i % 2 == 0, random);
+        if (HasFatalFailure()) return;
+        lit += !intersect(c, true).empty();
+    }
+    EXPECT_GT(lit, 4000);
+}
+
+TEST(Cone, ReachPlaneEndsTheConeOnTheLightsSide) {
+    test::Random random(22);
+    for (int i = 0; i < 10000; ++i) {
+        test::SpotCase c = test::random_spot(random);
+        c.settings.reachActive = 1;
+        c.settings.reachNormal = random.direction();
+        const Vec3 &n = c.settings.reachNormal, &p = c.light.pos;
+        const double distance = random.between(-800, 800);  // of the plane beyond the light, along the normal
+        c.opt.endSign = distance < 0.0 ? -1.0 : 1.0;
+        c.opt.endPlane = (dot(n, p) + distance) * c.opt.endSign;
+        // With the ray leaving the half space a plane behind the camera is no end: that one is not geometry.
+        const double dn = (c.dx * n.x + c.dy * n.y + n.z) * c.opt.endSign;
+        if (dn <= 0.0 && c.opt.endPlane <= 0.0) continue;
+        expect_same_inside(c, i % 2 == 0, random);
+        if (HasFatalFailure()) return;
+    }
+}
+
+TEST(Cone, DegenerateRays) {
+    test::SpotCase c;  // a light at the image centre that looks right, half angle 30 degrees
+    c.light.pos = {0, 0, 1000};
+    c.light.dir = {1, 0, 0};
+    c.light.coneAngle = kPi / 3;
+    c.light.coneFeather = 0.0;
+    c.light.radius = 400;
+    c.settings.startDistance = 10;
+    c.dx = 0.1;
+    test::derive(c);
+    const double across = 1000 / (1 + 0.1 / std::tan(kPi / 6)), beyond = 1000 / (1 - 0.1 / std::tan(kPi / 6));
+    EXPECT_NEAR(across + beyond, intersect(c, false).near + intersect(c, false).far,
+                1000);  // both ends are found
+
+    // Straight across the axis the apex's depth is held against the reach.
+    c.dx = 0.0;
+    test::derive(c);
+    EXPECT_EQ(intersect(c, false).far, 0.0);
+    c.light.radius = 1001;
+    test::derive(c);
+    EXPECT_TRUE(intersect(c, false).empty());  // touches the apex only
+
+    // A cone that looks at the camera: the stretch ends at the start cap.
+    c.light.dir = {0, 0, -1};
+    c.light.radius = 400;
+    test::derive(c);
+    EXPECT_NEAR(intersect(c, false).near, 600, 1e-9);
+    EXPECT_NEAR(intersect(c, false).far, 990, 1e-9);
+
+    // Away from the camera, and with the light behind it: cut at the camera and at the reach.
+    c.light.dir = {0, 0, 1};
+    c.light.pos = {0, 0, -100};
+    test::derive(c);
+    EXPECT_NEAR(intersect(c, false).near, 0, 1e-9);
+    EXPECT_NEAR(intersect(c, false).far, 300, 1e-9);
+    c.light.radius = 50;  // all of it behind
+    test::derive(c);
+    EXPECT_EQ(intersect(c, false).near, 0.0);
+    EXPECT_EQ(intersect(c, false).far, 0.0);
+
+    // Parallel to a generator: from the one root on.
+    c.light.pos = {-100, 0, 500};
+    c.light.dir = {std::sin(kPi / 6), 0, std::cos(kPi / 6)};
+    c.light.radius = 4000;
+    c.settings.startDistance = 0;
+    test::derive(c);
+    EXPECT_FALSE(intersect(c, false).empty());
+    EXPECT_NEAR(intersect(c, false).near, 500 + 100 * std::tan(kPi / 6), 1e-3);
+}
+
+struct Refined {
+    Stretch own, blended;
+};
+
+// The pixel at px, py of a 200 x 100 picture with zoom 100.
+Refined refine(const test::SpotCase& c, double px, double py) {
+    test::SpotCase pixel = c;
+    pixel.dx = (px - 100) / 100.0;
+    pixel.dy = (py - 50) / 100.0;
+    test::derive(pixel);
+    Refined r;
+    r.own = r.blended = intersect(pixel, false);
+    RefineIntersection(maths, 0, 0.01, 1.0, 1.0, 200, 100, r.own.near, r.own.far, px, py, 1.0,
+                       pixel.opt.coneCInner, pixel.opt.cosInnerSq, &pixel.light, &pixel.opt, &pixel.settings,
+                       &r.blended.near, &r.blended.far);
+    return r;
+}
+
+TEST(Refine, SmoothsTheSilhouette) {
+    test::SpotCase c;  // looks right, from the left edge of the picture
+    c.light.pos = {-100, 0, 100};
+    c.light.dir = {1, 0, 0};
+    c.light.coneAngle = 0.6;
+    c.light.radius = 1000;
+    test::derive(c);
+    // Outside all samples nothing changes; well inside, the mean of three nearly equal stretches.
+    const Refined outside = refine(c, 50, 95), inside = refine(c, 150, 50);
+    EXPECT_EQ(outside.blended.near, outside.own.near);
+    EXPECT_EQ(outside.blended.far, outside.own.far);
+    EXPECT_NEAR(inside.blended.far - inside.blended.near, inside.own.far - inside.own.near, 0.5);
+    // Down across the edge in quarter pixels the length falls without a jump larger than without refinement.
+    double largest = 0.0, largest_own = 0.0;
+    Refined before = refine(c, 120, 50);
+    bool partial = false;
+    for (double y = 50.25; y < 100; y += 0.25) {
+        const Refined r = refine(c, 120, y);
+        largest = std::max(largest, std::fabs((r.blended.far - r.blended.near) -
+                                              (before.blended.far - before.blended.near)));
+        largest_own =
+            std::max(largest_own, std::fabs((r.own.far - r.own.near) - (before.own.far - before.own.near)));
+        partial = partial || (r.own.empty() && !r.blended.empty()) ||
+                  (!r.own.empty() && r.blended.far - r.blended.near < 0.9 * (r.own.far - r.own.near));
+        before = r;
+    }
+    EXPECT_TRUE(partial);
+    EXPECT_LT(largest, largest_own);
+}
+
+TEST(Refine, AnAxisAtTheCameraDividesByNothing) {
+    test::SpotCase c;
+    c.light.pos = {0, 0, 300};
+    c.light.dir = {0, 0, -1};
+    c.light.coneAngle = 0.5;
+    c.light.radius = 250;
+    test::derive(c);
+    for (int x = 0; x < 200; x += 3) {
+        const Refined r = refine(c, x, 50);
+        ASSERT_TRUE(std::isfinite(r.blended.near) && std::isfinite(r.blended.far));
+    }
+}
+
+}  // namespace
+}  // namespace zam

@@ -1,0 +1,187 @@
+#include "host/composition/transforms.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace zam::host {
+namespace {
+
+Vec3 row(const Matrix& m, int r) { return {m.at[r][0], m.at[r][1], m.at[r][2]}; }
+
+Vec3 through(const Vec3& p, const Matrix& m) {
+    const auto column = [&](int c) {
+        return p.x * m.at[0][c] + p.y * m.at[1][c] + p.z * m.at[2][c] + m.at[3][c];
+    };
+    return {column(0), column(1), column(2)};
+}
+
+void expect_near(const Vec3& got, const Vec3& expected, double tolerance, const std::string& what) {
+    EXPECT_NEAR(got.x, expected.x, tolerance) << what;
+    EXPECT_NEAR(got.y, expected.y, tolerance) << what;
+    EXPECT_NEAR(got.z, expected.z, tolerance) << what;
+}
+
+Layer solid(LayerId id, LayerId parent = 0) {
+    Layer layer;
+    layer.id = id;
+    layer.parent = parent;
+    return layer;
+}
+
+Layer spot(const Vec3& position, const Vec3& target) {
+    Layer light;
+    light.id = 1;
+    light.kind = LayerKind::light;
+    light.transform.position = position;
+    light.transform.point_of_interest = target;
+    return light;
+}
+
+TEST(Transforms, LightAboveTheCentreLooksDownAtIt) {
+    Composition composition;
+    composition.layers = {spot({960, 140, -500}, {960, 540, 0}), solid(2)};
+    composition.layers[1].transform.position = Vec3{100, 0, 0};
+    const Matrix alone = world_from_layer(composition, composition.layers[0], 0);
+    expect_near(row(alone, 0), {1, 0, 0}, 1e-12, "x axis");
+    expect_near(row(alone, 1), {0, 0.78087, -0.62470}, 5e-6, "y axis");
+    expect_near(row(alone, 2), {0, 0.62470, 0.78087}, 5e-6, "direction");
+    expect_near(row(alone, 3), {960, 140, -500}, 0, "position");
+
+    composition.layers[0].parent = 2;
+    const Matrix child = world_from_layer(composition, composition.layers[0], 0);
+    expect_near(row(child, 2), row(alone, 2), 1e-12, "direction of the child");
+    expect_near(row(child, 3), {1060, 140, -500}, 1e-12, "position of the child");
+}
+
+TEST(Transforms, PointsGoWhereEachPropertyTakesThem) {
+    struct Case {
+        const char* what;
+        std::function<void(Layer&)> set;
+        Vec3 point, expected;
+    };
+    const Case cases[] = {
+        {"turning about z takes x to y",
+         [](Layer& l) { l.transform.rotation_z = 90.0; },
+         {1, 0, 0},
+         {0, 1, 0}},
+        {"turning about x takes y to z",
+         [](Layer& l) { l.transform.rotation_x = 90.0; },
+         {0, 1, 0},
+         {0, 0, 1}},
+        {"turning about y takes z to x",
+         [](Layer& l) { l.transform.rotation_y = 90.0; },
+         {0, 0, 1},
+         {1, 0, 0}},
+        {"z before y before x",
+         [](Layer& l) { l.transform.rotation_x = l.transform.rotation_y = l.transform.rotation_z = 90.0; },
+         {1, 0, 0},  // z: to y; y: stays; x: to z
+         {0, 0, 1}},
+        {"rotations before the orientation",
+         [](Layer& l) {
+             l.transform.rotation_x = 90.0;
+             l.transform.orientation = Vec3{0, 90, 0};
+         },
+         {0, 1, 0},  // x: to z; then y: to x
+         {1, 0, 0}},
+        {"anchor, then scale, then position",
+         [](Layer& l) {
+             l.transform.anchor = Vec3{10, 0, 0};
+             l.transform.scale = Vec3{200, 50, 100};
+             l.transform.position = Vec3{5, 6, 7};
+         },
+         {11, 4, 1},
+         {7, 8, 8}},
+        {"a flat layer turns about z only and has no depth",
+         [](Layer& l) {
+             l.three_d = false;
+             l.transform.anchor = Vec3{0, 0, 9};
+             l.transform.position = Vec3{1, 2, 9};
+             l.transform.scale = Vec3{100, 100, 900};
+             l.transform.rotation_x = l.transform.rotation_y = 45.0;
+             l.transform.rotation_z = 90.0;
+         },
+         {1, 0, 3},
+         {1, 3, 3}},
+        {"cameras and lights have neither anchor nor scale",
+         [](Layer& l) {
+             l.kind = LayerKind::camera;
+             l.transform.anchor = Vec3{10, 10, 10};
+             l.transform.scale = Vec3{500, 500, 500};
+         },
+         {1, 2, 3},
+         {1, 2, 3}},
+    };
+    for (const Case& c : cases) {
+        Layer layer = solid(1);
+        c.set(layer);
+        expect_near(through(c.point, parent_from_layer(layer, 0)), c.expected, 1e-12, c.what);
+    }
+}
+
+TEST(Transforms, FacingAPoint) {
+    struct Case {
+        const char* what;
+        Vec3 target;
+        LightType type;
+        Vec3 x_axis, direction;
+    };
+    const Case cases[] = {
+        {"straight behind", {0, 0, 50}, LightType::spot, {1, 0, 0}, {0, 0, 1}},
+        {"in front of it", {0, 0, -50}, LightType::spot, {-1, 0, 0}, {0, 0, -1}},
+        {"to the right", {50, 0, 0}, LightType::parallel, {0, 0, -1}, {1, 0, 0}},
+        {"straight down", {0, 50, 0}, LightType::spot, {1, 0, 0}, {0, 1, 0}},
+        {"straight up", {0, -50, 0}, LightType::spot, {1, 0, 0}, {0, -1, 0}},
+        {"where it stands", {0, 0, 0}, LightType::spot, {1, 0, 0}, {0, 0, 1}},
+        {"a point light faces nothing", {50, 0, 0}, LightType::point, {1, 0, 0}, {0, 0, 1}},
+        {"an ambient light stands nowhere", {50, 0, 0}, LightType::ambient, {1, 0, 0}, {0, 0, 1}},
+    };
+    for (const Case& c : cases) {
+        Layer light = spot({0, 0, 0}, c.target);
+        light.light.type = c.type;
+        const Matrix m = parent_from_layer(light, 0);
+        expect_near(row(m, 0), c.x_axis, 1e-12, c.what);
+        expect_near(row(m, 2), c.direction, 1e-12, c.what);
+    }
+}
+
+// A reach light sits in its parent's corner and takes over its axes, scale and all.
+TEST(Transforms, ChildInTheCornerOfAScaledAndTurnedParent) {
+    Composition composition;
+    composition.layers = {spot({0, 0, 0}, {0, 0, 0}), solid(2)};
+    composition.layers[0].parent = 2;
+    Transform& parent = composition.layers[1].transform;
+    parent.anchor = Vec3{50, 0, 0};
+    parent.scale = Vec3{100, 100, 300};
+    parent.rotation_y = 90.0;  // x to -z, z to x
+    parent.position = Vec3{200, 100, 0};
+    const Matrix m = world_from_layer(composition, composition.layers[0], 0);
+    expect_near(row(m, 3), {200, 100, 50}, 1e-12, "the corner is 50 left of the anchor, turned");
+    expect_near(row(m, 2), {3, 0, 0}, 1e-12, "the parent's z axis with its scale");
+
+    composition.layers[0].transform.point_of_interest.reset();
+    composition.layers[0].transform.position = Vec3{0, 0, 10};
+    composition.layers[0].transform.rotation_x = 90.0;  // y to z, z to -y: in the parent's space
+    const Matrix turned = world_from_layer(composition, composition.layers[0], 0);
+    expect_near(row(turned, 3), {230, 100, 50}, 1e-12, "10 along the parent's z axis");
+    expect_near(row(turned, 1), {3, 0, 0}, 1e-12, "first its own turn, then the parent's");
+}
+
+TEST(Transforms, ValuesAreThoseOfTheFrame) {
+    Layer layer = solid(1);
+    layer.transform.position.keys = {{0, {0, 0, 0}}, {10, {100, 0, 0}}};
+    EXPECT_DOUBLE_EQ(parent_from_layer(layer, 2.5).at[3][0], 25.0);
+}
+
+TEST(Transforms, CirclesAndMissingParentsEnd) {
+    Composition composition;
+    composition.layers = {solid(1, 2), solid(2, 1), solid(3, 3), solid(4, 99)};
+    for (Layer& layer : composition.layers) layer.transform.position = Vec3{1, 0, 0};
+    for (const Layer& layer : composition.layers) {
+        EXPECT_LE(world_from_layer(composition, layer, 0).at[3][0], 5.0) << layer.id;
+    }
+    EXPECT_DOUBLE_EQ(world_from_layer(composition, composition.layers[3], 0).at[3][0], 1.0);
+}
+
+}  // namespace
+}  // namespace zam::host

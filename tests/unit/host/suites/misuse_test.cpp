@@ -1,0 +1,194 @@
+#include <functional>
+
+#include "host/runner/callbacks.h"
+#include "tests/unit/host/suites/bench.h"
+
+namespace zam::host {
+namespace {
+
+using Reports = std::vector<std::string>;
+
+class MisuseTest : public Bench {
+  protected:
+    const PF_UtilCallbacks utils = util_callbacks(true);
+    const AEGP_LayerSuite3& layers = kLayerSuite8;
+    A_char name[32] = {};
+    PF_Rect everything{0, 0, 10, 10};
+};
+
+TEST_F(MisuseTest, EachIsNamedAndAnswered) {
+    // A handle of another session, and one from an earlier command.
+    Composition other_composition = stage();
+    Instance other(other_composition, {});
+    const AEGP_LayerH foreign = other.handle(other_composition.layers[0]);
+    const AEGP_LayerH expired = handle(kWall);
+    begin(PF_Cmd_UPDATE_PARAMS_UI, 0);
+    PF_EffectWorld world{};
+    const A_Time no_time{1, 0};
+    A_Matrix4 matrix{};
+    A_long count = 0;
+    AEGP_LayerH made = nullptr;
+    AEGP_StreamRefH stream = nullptr;
+    AEGP_StreamValue value{};
+    int not_a_handle = 0;
+    PF_Handle block = utils.host_new_handle(4);
+
+    struct Case {
+        const char* report;
+        std::function<A_Err()> act;
+    };
+    const Case cases[] = {
+        {"null layer handle in AEGP_GetLayerName",
+         [&] { return layers.AEGP_GetLayerName(nullptr, name, nullptr); }},
+        {"foreign layer handle in AEGP_GetLayerName",
+         [&] { return layers.AEGP_GetLayerName(foreign, name, nullptr); }},
+        {"foreign layer handle in AEGP_GetLayerName",
+         [&] {
+             return layers.AEGP_GetLayerName(reinterpret_cast<AEGP_LayerH>(&not_a_handle), name, nullptr);
+         }},
+        {"foreign layer handle in AEGP_GetLayerName",  // of the right session, but no layer
+         [&] { return layers.AEGP_GetLayerName(reinterpret_cast<AEGP_LayerH>(comp), name, nullptr); }},
+        {"expired layer handle in AEGP_GetLayerName",
+         [&] { return layers.AEGP_GetLayerName(expired, name, nullptr); }},
+        {"expired layer handle in AEGP_GetLayerName",
+         [&] {
+             layers.AEGP_DeleteLayer(made = handle(kLight));
+             return layers.AEGP_GetLayerName(made, name, nullptr);
+         }},
+        {"null composition handle in AEGP_GetCompNumLayers",
+         [&] { return layers.AEGP_GetCompNumLayers(nullptr, &count); }},
+        {"null result in AEGP_GetCompNumLayers", [&] { return layers.AEGP_GetCompNumLayers(comp, nullptr); }},
+        {"null effect_ref in AEGP_GetEffectLayer",
+         [&] { return kPfInterfaceSuite1.AEGP_GetEffectLayer(nullptr, &made); }},
+        {"null time in AEGP_GetLayerToWorldXform",
+         [&] { return layers.AEGP_GetLayerToWorldXform(handle(kWall), nullptr, &matrix); }},
+        {"time with scale 0 in AEGP_GetLayerToWorldXform",
+         [&] { return layers.AEGP_GetLayerToWorldXform(handle(kWall), &no_time, &matrix); }},
+        {"null name in AEGP_SetLayerName", [&] { return layers.AEGP_SetLayerName(handle(kWall), nullptr); }},
+        {"expired stream in AEGP_DisposeStream",
+         [&] {
+             kStreamSuite4.AEGP_GetNewLayerStream(0, handle(kWall), AEGP_LayerStream_POSITION, &stream);
+             kStreamSuite4.AEGP_DisposeStream(stream);
+             return kStreamSuite4.AEGP_DisposeStream(stream);
+         }},
+        {"stream value that is not held in AEGP_DisposeStreamValue",
+         [&] { return kStreamSuite4.AEGP_DisposeStreamValue(&value); }},
+        {"suite \"AEGP Item Suite\" 3 that is not held in ReleaseSuite",
+         [&] { return basic_suite()->ReleaseSuite("AEGP Item Suite", 3); }},
+        {"null suite name in AcquireSuite", [&] { return basic_suite()->AcquireSuite(nullptr, 1, nullptr); }},
+        {"control index 0 in PF_UpdateParamUI",
+         [&] {
+             const PF_ParamDef definition{};
+             return kParamUtilsSuite1.PF_UpdateParamUI(effect_ref, 0, &definition);
+         }},
+        {"null world in fill", [&] { return utils.fill(effect_ref, nullptr, nullptr, nullptr); }},
+        {"foreign world in fill", [&] { return utils.fill(effect_ref, nullptr, nullptr, &world); }},
+        {"null in_data in iterate",
+         [&] { return utils.iterate(nullptr, 0, 1, nullptr, nullptr, nullptr, nullptr, &world); }},
+        {"null function in iterate",
+         [&] { return utils.iterate(&in.in_data, 0, 1, nullptr, &everything, nullptr, nullptr, &world); }},
+        {"foreign handle in host_lock_handle",
+         [&] { return utils.host_lock_handle(reinterpret_cast<PF_Handle>(&not_a_handle)) ? 0 : 1; }},
+        {"handle that is not locked in host_unlock_handle",
+         [&] {
+             utils.host_unlock_handle(block);
+             return 1;
+         }},
+        {"expired handle in host_dispose_handle",
+         [&] {
+             utils.host_dispose_handle(block);
+             utils.host_dispose_handle(block);
+             return 1;
+         }},
+        {"more than 1 GiB asked for (1073741825 bytes) in host_new_handle",
+         [&] { return utils.host_new_handle((1U << 30) + 1) ? 0 : 1; }},
+    };
+    for (const Case& c : cases) {
+        EXPECT_NE(c.act(), A_Err_NONE) << c.report;
+        Reports reports = in.ledger.end();
+        ASSERT_FALSE(reports.empty()) << c.report;
+        EXPECT_EQ(reports[0], c.report);
+        begin(PF_Cmd_UPDATE_PARAMS_UI, 0);
+    }
+}
+
+TEST_F(MisuseTest, TheProjectStandsStillWhileAFrameIsRendered) {
+    begin(PF_Cmd_RENDER, 0);
+    AEGP_LayerH made = nullptr;
+    AEGP_StreamRefH stream = nullptr;
+    EXPECT_EQ(layers.AEGP_SetLayerName(handle(kWall), "other"), A_Err_CONST_PROJECT_MODIFICATION);
+    EXPECT_EQ(kCompSuite9.AEGP_CreateLightInComp("x", {0, 0}, comp, &made), A_Err_CONST_PROJECT_MODIFICATION);
+    EXPECT_EQ(kStreamSuite4.AEGP_GetNewLayerStream(0, handle(kWall), 1, &stream), A_Err_WRONG_THREAD);
+    EXPECT_EQ(composition.layers.size(), 4U);
+    EXPECT_EQ(in.ledger.end().size(), 3U);
+}
+
+TEST_F(MisuseTest, BlocksMoveAtTheirLastUnlockAndStrayWritesAreSeen) {
+    in.memory.move_when_unlocked(true);
+    const PF_Handle handle = utils.host_new_handle(8);
+    auto* block = static_cast<char*>(utils.host_lock_handle(handle));
+    EXPECT_EQ(utils.host_lock_handle(handle), block);
+    block[3] = 77;
+    utils.host_unlock_handle(handle);
+    EXPECT_EQ(*handle, block);  // still locked once
+    utils.host_unlock_handle(handle);
+    EXPECT_NE(*handle, block);
+    EXPECT_NE(block[3], 77);  // what is left there is not the data
+    block = static_cast<char*>(utils.host_lock_handle(handle));
+    EXPECT_EQ(block[3], 77);
+    block[8] = 1;
+    utils.host_dispose_handle(handle);  // legal while locked
+    EXPECT_EQ(in.ledger.end(),
+              Reports{"write past the end of a handle's block of 8 bytes, seen at its disposal"});
+}
+
+TEST_F(MisuseTest, WhatIsKeptIsChargedOnceAndNeverHidesAnEarlierReport) {
+    const void* table = nullptr;
+    basic_suite()->ReleaseSuite("AEGP Light Suite", 1);
+    basic_suite()->AcquireSuite("AEGP Light Suite", 1, &table);
+    EXPECT_EQ(in.ledger.end(), (Reports{"suite \"AEGP Light Suite\" 1 that is not held in ReleaseSuite",
+                                        "suite \"AEGP Light Suite\" 1 held after PF_Cmd_UPDATE_PARAMS_UI"}));
+    begin(PF_Cmd_RENDER, 0);
+    basic_suite()->AcquireSuite("AEGP Light Suite", 1, &table);
+    basic_suite()->ReleaseSuite("AEGP Light Suite", 1);
+    EXPECT_EQ(in.ledger.end(), Reports{});  // the one from before is not repeated
+    begin(PF_Cmd_RENDER, 0);
+    basic_suite()->ReleaseSuite("AEGP Light Suite", 1);  // late
+    EXPECT_EQ(in.ledger.end(), Reports{});
+    begin(PF_Cmd_RENDER, 0);
+    basic_suite()->AcquireSuite("AEGP Light Suite", 1, &table);
+    EXPECT_EQ(in.ledger.end(), Reports{"suite \"AEGP Light Suite\" 1 held after PF_Cmd_RENDER"});
+}
+
+TEST_F(MisuseTest, PlannedFaultsHitTheNthCallOfThatName) {
+    in.log.set_plan(
+        FaultPlan().fail("Layer.AEGP_GetCompNumLayers", 2, 77).fail("Utils.host_new_handle", 1, 4));
+    A_long count = 0;
+    EXPECT_EQ(layers.AEGP_GetCompNumLayers(comp, &count), 0);
+    EXPECT_EQ(kLayerSuite5.AEGP_GetCompNumLayers(comp, &count), 77);  // one name in all versions
+    EXPECT_EQ(layers.AEGP_GetCompNumLayers(comp, &count), 0);
+    EXPECT_EQ(utils.host_new_handle(4), nullptr);
+    EXPECT_NE(utils.host_new_handle(4), nullptr);
+    EXPECT_EQ(in.log.names(),
+              (Reports{"Layer.AEGP_GetCompNumLayers", "Layer.AEGP_GetCompNumLayers",
+                       "Layer.AEGP_GetCompNumLayers", "Utils.host_new_handle", "Utils.host_new_handle"}));
+}
+
+TEST_F(MisuseTest, AnEffectIsNotChargedForACallThatWasMadeToFail) {
+    in.log.set_plan(FaultPlan()
+                        .fail("Basic.ReleaseSuite", 1, 77)
+                        .fail("Utils.host_lock_handle", 1, 77)
+                        .fail("Utils.host_dispose_handle", 1, 77));
+    const void* table = nullptr;
+    basic_suite()->AcquireSuite("AEGP Light Suite", 1, &table);
+    EXPECT_EQ(basic_suite()->ReleaseSuite("AEGP Light Suite", 1), 77);
+    const PF_Handle handle = utils.host_new_handle(4);
+    EXPECT_EQ(utils.host_lock_handle(handle), nullptr);
+    utils.host_unlock_handle(handle);
+    utils.host_dispose_handle(handle);
+    in.memory.balance({});
+    EXPECT_EQ(in.ledger.end(), Reports{});
+}
+
+}  // namespace
+}  // namespace zam::host

@@ -1,0 +1,115 @@
+#pragma once
+// Writes small glTF files for tests: a JSON text with accessors over a buffer of floats.
+#include <unistd.h>
+
+#include <bit>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace zam::io {
+
+class GltfFile {
+  public:
+    GltfFile() { std::filesystem::create_directories(folder_); }
+    ~GltfFile() { std::filesystem::remove_all(folder_); }
+    GltfFile(const GltfFile&) = delete;
+    GltfFile& operator=(const GltfFile&) = delete;
+
+    // Text of the lights' definitions, of the nodes, of cameras, and of more root members ("\"scene\": 0").
+    std::string lights = R"({"type": "point"})";
+    std::string nodes = R"({"extensions": {"KHR_lights_punctual": {"light": 0}}})";
+    std::string cameras, more;
+    // Where the buffer stands: beside the scene, in its text, or as a chunk of one binary file.
+    enum class Store { file, data_uri, chunk, missing } store = Store::file;
+    std::string uri = "floats%20here.bin";
+
+    // Adds an accessor; returns its index as text.
+    std::string floats(const char* type, const std::vector<float>& numbers) {
+        const std::size_t width = std::string(type) == "SCALAR" ? 1 : std::string(type) == "VEC3" ? 3 : 4;
+        accessors_ += separator(accessors_) + R"({"bufferView": )" + std::to_string(count_) +
+                      R"(, "componentType": 5126, "count": )" + std::to_string(numbers.size() / width) +
+                      R"(, "type": ")" + type + "\"" +
+                      (width == 1 ? ", \"max\": [" + std::to_string(numbers.back()) + "]}" : "}");
+        views_ += separator(views_) + R"({"buffer": 0, "byteOffset": )" + std::to_string(bytes_.size()) +
+                  R"(, "byteLength": )" + std::to_string(numbers.size() * 4) + "}";
+        for (const float number : numbers)
+            for (int shift = 0; shift < 32; shift += 8)
+                bytes_ += static_cast<char>(std::bit_cast<std::uint32_t>(number) >> shift & 0xFF);
+        return std::to_string(count_++);
+    }
+
+    void animate(int node, const char* path, const char* interpolation, const std::vector<float>& seconds,
+                 const std::vector<float>& values) {
+        const std::string input = floats("SCALAR", seconds);
+        const std::string output = floats(std::string(path) == "rotation" ? "VEC4" : "VEC3", values);
+        animations_ += separator(animations_) + R"({"samplers": [{"input": )" + input + R"(, "output": )" +
+                       output + R"(, "interpolation": ")" + interpolation +
+                       R"("}], "channels": [{"sampler": 0, "target": {"node": )" + std::to_string(node) +
+                       R"(, "path": ")" + path + R"("}}]})";
+    }
+
+    // Writes everything; returns the scene's name.
+    std::string write(const std::string& name = "scene.gltf") const {
+        if (store == Store::file) std::ofstream(folder_ / "floats here.bin", std::ios::binary) << bytes_;
+        std::ofstream file(folder_ / name, std::ios::binary);
+        if (store != Store::chunk) {
+            file << text();
+        } else {
+            std::string json = text();
+            json.resize((json.size() + 3) / 4 * 4, ' ');
+            const auto word = [&](std::size_t n) {
+                for (int shift = 0; shift < 32; shift += 8) file << static_cast<char>(n >> shift & 0xFF);
+            };
+            file << "glTF";
+            for (const std::size_t n : {std::size_t{2}, 28 + json.size() + bytes_.size(), json.size()})
+                word(n);
+            file << "JSON" << json;
+            word(bytes_.size());
+            file << "BIN" << '\0' << bytes_;
+        }
+        return (folder_ / name).string();
+    }
+
+  private:
+    static std::string separator(const std::string& list) { return list.empty() ? "" : ", "; }
+
+    std::string text() const {
+        std::string buffer = R"({"byteLength": )" + std::to_string(bytes_.size());
+        if (store == Store::data_uri)
+            buffer += R"(, "uri": "data:application/octet-stream;base64,)" + base64() + "\"";
+        else if (store != Store::chunk)
+            buffer += ", \"uri\": \"" + uri + "\"";
+        std::string result =
+            "{\"asset\": {\"version\": \"2.0\"},\n\"extensions\": {\"KHR_lights_punctual\": "
+            "{\"lights\": [\n" +
+            lights + "]}},\n\"nodes\": [\n" + nodes + "]";
+        if (!cameras.empty()) result += ",\n\"cameras\": [\n" + cameras + "]";
+        if (!animations_.empty()) result += ",\n\"animations\": [" + animations_ + "]";
+        if (!more.empty()) result += ",\n" + more;
+        return result + ",\n\"accessors\": [" + accessors_ + "], \"bufferViews\": [" + views_ +
+               "],\n\"buffers\": [" + buffer + "}]}\n";
+    }
+
+    std::string base64() const {
+        const char* digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+        std::string result;
+        for (std::size_t i = 0; i < bytes_.size(); i += 3) {
+            std::uint32_t bits = 0;
+            for (std::size_t k = 0; k < 3; ++k)
+                bits = bits << 8 | (i + k < bytes_.size() ? static_cast<unsigned char>(bytes_[i + k]) : 0u);
+            for (std::size_t k = 0; k < 4; ++k)
+                result += i + k > bytes_.size() ? '=' : digits[bits >> (18 - 6 * k) & 63];
+        }
+        return result;
+    }
+
+    std::filesystem::path folder_ =
+        std::filesystem::temp_directory_path() / ("zam_gltf_" + std::to_string(getpid()));
+    std::string accessors_, views_, animations_, bytes_;
+    int count_ = 0;
+};
+
+}  // namespace zam::io

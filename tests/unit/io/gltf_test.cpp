@@ -1,0 +1,275 @@
+// glTF scenes: where lights and cameras come to stand, and what is refused. The numbers are computed by hand.
+#include "io/gltf/read_gltf.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "host/composition/transforms.h"
+#include "tests/unit/io/gltf_file.h"
+
+namespace zam::io {
+namespace {
+
+using testing::HasSubstr;
+
+constexpr float kHalf = 0.70710678f;  // sine and cosine of 45 degrees: a quaternion of a quarter turn
+
+GltfOptions small_options() {
+    GltfOptions options;
+    options.width = 640;
+    options.height = 360;
+    return options;
+}
+
+const host::Layer& layer_named(const Scene& scene, const std::string& name) {
+    for (const host::Layer& layer : scene.composition.layers)
+        if (layer.name == name) return layer;
+    throw std::runtime_error("no layer " + name);
+}
+
+void expect_row(const Scene& scene, const std::string& name, double frame, int row,
+                const host::Vec3& wanted) {
+    const host::Matrix m = host::world_from_layer(scene.composition, layer_named(scene, name), frame);
+    const double tolerance = row == 3 ? 1e-3 : 1e-6;
+    EXPECT_NEAR(m.at[row][0], wanted.x, tolerance) << name << " row " << row << " x at frame " << frame;
+    EXPECT_NEAR(m.at[row][1], wanted.y, tolerance) << name << " row " << row << " y at frame " << frame;
+    EXPECT_NEAR(m.at[row][2], wanted.z, tolerance) << name << " row " << row << " z at frame " << frame;
+}
+// Where it stands and, with the light's or camera's own axis, whither it looks.
+void expect_place(const Scene& scene, const std::string& name, double frame, const host::Vec3& position) {
+    expect_row(scene, name, frame, 3, position);
+}
+void expect_look(const Scene& scene, const std::string& name, double frame, const host::Vec3& direction) {
+    expect_row(scene, name, frame, 2, direction);
+}
+
+TEST(Gltf, HierarchyIsMappedWithoutMirroring) {
+    GltfFile file;
+    file.lights = R"({"type": "spot", "spot": {}})";
+    // Turned by a quarter about y; its children look down, ahead and (by a matrix) along +x.
+    file.nodes = R"(
+        {"name": "Root", "translation": [1, 2, 3], "rotation": [0, 0.70710678, 0, 0.70710678],
+         "children": [1, 2, 3]},
+        {"name": "Down", "translation": [0, 0, -2], "rotation": [-0.70710678, 0, 0, 0.70710678],
+         "extensions": {"KHR_lights_punctual": {"light": 0}}},
+        {"name": "Ahead", "extensions": {"KHR_lights_punctual": {"light": 0}}},
+        {"name": "Matrix", "matrix": [0, 0, 1, 0,  0, 1, 0, 0,  -1, 0, 0, 0,  0, 5, 0, 1], "camera": 0},
+        {"name": "Rolled", "rotation": [0, 0, 0.70710678, 0.70710678], "camera": 0})";
+    file.cameras = R"({"type": "perspective", "perspective": {"yfov": 0.9272952180016122, "znear": 1}})";
+    const Scene scene = gltf::read_gltf(file.write(), small_options());
+    expect_place(scene, "Down", 0, {320 - 100, 180 - 200, -300});
+    expect_look(scene, "Down", 0, {0, 1, 0});
+    expect_place(scene, "Ahead", 0, {320 + 100, 180 - 200, -300});
+    expect_look(scene, "Ahead", 0, {-1, 0, 0});
+    // Its own -z, which the matrix takes to +x, is turned by the root to -z, away from the viewer. Upright
+    // and not mirrored: right stays right.
+    expect_place(scene, "Matrix", 0, {420, 180 - 700, -300});
+    expect_look(scene, "Matrix", 0, {0, 0, 1});
+    expect_row(scene, "Matrix", 0, 0, {1, 0, 0});
+    expect_row(scene, "Matrix", 0, 1, {0, 1, 0});
+    // Rolled to the left: its right is up, its down is right.
+    expect_look(scene, "Rolled", 0, {0, 0, 1});
+    expect_row(scene, "Rolled", 0, 0, {0, -1, 0});
+    expect_row(scene, "Rolled", 0, 1, {1, 0, 0});
+    EXPECT_NEAR(layer_named(scene, "Matrix").camera.zoom.at(0), 360.0, 1e-9);  // tan(yfov / 2) = 0.5
+    EXPECT_EQ(scene.composition.duration, 1);
+}
+
+TEST(Gltf, ScaleMovesLightsWithoutStretchingTheirAxes) {
+    GltfFile file;
+    file.lights = R"({"type": "spot", "spot": {}})";
+    const std::string carrier = R"("extensions": {"KHR_lights_punctual": {"light": 0}}})";
+    file.nodes =
+        R"({"scale": [3, 3, 3], "children": [1]}, {"name": "A", "translation": [1, 0, 0], )" + carrier +
+        R"(, {"scale": [1, 1, -1], "children": [3]}, {"name": "B", "translation": [0, 0, -1], )" + carrier +
+        R"(, {"scale": [0, 0, 0], "rotation": [0, 1, 0, 0], "children": [5]}, {"name": "C", )" + carrier;
+    const Scene scene = gltf::read_gltf(file.write(), small_options());
+    expect_place(scene, "A", 0, {320 + 300, 180, 0});
+    expect_look(scene, "A", 0, {0, 0, 1});
+    expect_place(scene, "B", 0, {320, 180, -100});
+    expect_look(scene, "B", 0, {0, 0, -1});
+    expect_place(scene, "C", 0, {320, 180, 0});
+    expect_look(scene, "C", 0, {0, 0, -1});  // scaled to nothing: the rotation still tells
+}
+
+TEST(Gltf, AnimationIsSampledAtEachFrame) {
+    GltfFile file;
+    file.lights = R"({"type": "spot", "spot": {}})";
+    file.nodes = R"({"name": "Boom", "children": [1]},
+        {"name": "Linear", "extensions": {"KHR_lights_punctual": {"light": 0}}},
+        {"name": "Step", "extensions": {"KHR_lights_punctual": {"light": 0}}},
+        {"name": "Cubic", "extensions": {"KHR_lights_punctual": {"light": 0}}},
+        {"name": "Long way", "extensions": {"KHR_lights_punctual": {"light": 0}}})";
+    file.animate(0, "rotation", "LINEAR", {0, 1}, {0, 0, 0, 1, 0, kHalf, 0, kHalf});
+    file.animate(1, "translation", "LINEAR", {0.25f, 0.5f}, {0, 0, 1, 0, 2, 1});
+    file.animate(2, "translation", "STEP", {0, 0.5f}, {1, 0, 0, 2, 0, 0});
+    // From x = 0, leaving with 4 metres a second, to x = 1, arriving at rest, within half a second.
+    file.animate(3, "translation", "CUBICSPLINE", {0, 0.5f},
+                 {9, 9, 9, 0, 0, 0, 4, 0, 0, 0, 0, 0, 1, 0, 0, 9, 9, 9});
+    // -q is the same rotation as q: a quarter turn, not three.
+    file.animate(4, "rotation", "LINEAR", {0, 1}, {0, 0, 0, 1, 0, -kHalf, 0, -kHalf});
+    const Scene scene = gltf::read_gltf(file.write(), small_options());
+    EXPECT_EQ(scene.composition.duration, 25);  // frames 0 to 24, the last key's
+
+    const double quarter = 22.5 / 180 * M_PI;  // at 0.25 s
+    expect_look(scene, "Linear", 6, {-std::sin(quarter), 0, std::cos(quarter)});
+    expect_place(scene, "Linear", 6, {320 + 100 * std::sin(quarter), 180, -100 * std::cos(quarter)});
+    const double later = 2 * quarter * 9 / 12;  // at 0.375 s, half way of the translation
+    expect_place(scene, "Linear", 9, {320 + 100 * std::sin(later), 180 - 100, -100 * std::cos(later)});
+    expect_look(scene, "Linear", 24, {-1, 0, 0});
+    const double between = 90.0 * 6.5 / 24 / 180 * M_PI;  // between two keys of ours
+    expect_look(scene, "Linear", 6.5, {-std::sin(between), 0, std::cos(between)});
+    expect_place(scene, "Step", 11, {420, 180, 0});
+    expect_place(scene, "Step", 12, {520, 180, 0});
+    expect_place(scene, "Cubic", 6, {320 + 100 * (0.5 + 4 * 0.5 * 0.125), 180, 0});
+    expect_look(scene, "Long way", 12, {-std::sqrt(0.5), 0, std::sqrt(0.5)});
+}
+
+TEST(Gltf, LightValuesAndOptions) {
+    GltfFile file;
+    file.lights = R"({"type": "spot", "name": "S", "color": [1, 0.5, 0.25], "intensity": 50, "range": 3,
+                      "spot": {"innerConeAngle": 0.1, "outerConeAngle": 0.4}},
+                     {"type": "point", "intensity": 200}, {"type": "directional", "intensity": 5},
+                     {"type": "point", "intensity": 9000},
+                     {"type": "spot", "spot": {"outerConeAngle": 1.57079637}})";
+    for (const char* light : {"0", "1", "2", "4"})
+        file.nodes = (light[0] == '0' ? "" : file.nodes + ", ") + R"({"name": "L)" + light +
+                     R"(", "extensions": {"KHR_lights_punctual": {"light": )" + light + "}}}";
+    file.nodes +=
+        R"(, {"name": "Wide", "camera": 0}, {"name": "Flat", "camera": 1}, {"name": "Tele", "camera": 2})";
+    file.cameras = R"({"type": "perspective", "perspective": {"yfov": 1, "znear": 1, "aspectRatio": 1}},
+                      {"type": "orthographic", "orthographic": {"xmag": 1, "ymag": 1, "zfar": 2, "znear": 1}},
+                      {"type": "perspective", "perspective": {"yfov": 0.2, "znear": 1}})";
+    const Scene scene = gltf::read_gltf(file.write(), small_options());
+    const host::LightSettings& spot = layer_named(scene, "L0").light;
+    EXPECT_EQ(spot.type, host::LightType::spot);
+    EXPECT_EQ(spot.color.constant, (host::Color{1, 0.5, 0.25}));
+    EXPECT_NEAR(spot.cone_angle.constant, 0.8 * 180 / M_PI, 1e-12);
+    EXPECT_NEAR(spot.cone_feather.constant, 75.0, 1e-12);
+    EXPECT_NEAR(spot.shadow_diffusion.constant, 300.0, 1e-12);
+    EXPECT_NEAR(spot.intensity.constant, 25.0, 1e-12);  // the light of 9000 cd is nowhere in the scene
+    EXPECT_NEAR(layer_named(scene, "L1").light.intensity.constant, 100.0, 1e-12);
+    EXPECT_EQ(layer_named(scene, "L2").light.type, host::LightType::parallel);
+    EXPECT_NEAR(layer_named(scene, "L2").light.intensity.constant, 100.0, 1e-12);
+    EXPECT_EQ(layer_named(scene, "L4").light.cone_angle.constant, 180.0);
+    EXPECT_EQ(layer_named(scene, "L4").light.cone_feather.constant, 100.0);
+    EXPECT_THAT(scene.warnings, testing::ElementsAre(HasSubstr("orthographic camera \"Flat\"")));
+    EXPECT_THAT(scene.notes, testing::ElementsAre(HasSubstr("light scale 0.5 percent per candela"),
+                                                  HasSubstr("camera \"Wide\" was made for")));
+    EXPECT_EQ(scene.composition.layers[5].name, "Wide");
+    EXPECT_EQ(scene.composition.layers[0].id, scene.composition.effect.layer);
+
+    GltfOptions options = small_options();
+    options.light_scale = 0.25;
+    options.camera = "Tele";
+    options.pixels_per_metre = 10;
+    const Scene other = gltf::read_gltf(file.write(), options);
+    EXPECT_NEAR(layer_named(other, "L1").light.intensity.constant, 50.0, 1e-12);
+    EXPECT_NEAR(layer_named(other, "L0").light.shadow_diffusion.constant, 30.0, 1e-12);
+    EXPECT_EQ(other.composition.layers[5].name, "Tele");
+}
+
+// The first refusal of reading `file`; empty when it is read.
+std::string refusal(const GltfFile& file) {
+    try {
+        static_cast<void>(gltf::read_gltf(file.write(), small_options()));
+    } catch (const SceneError& error) {
+        return error.what();
+    }
+    return {};
+}
+
+TEST(Gltf, BuffersAreFoundWhereverTheyMayBe) {
+    for (const auto store : {GltfFile::Store::file, GltfFile::Store::data_uri, GltfFile::Store::chunk}) {
+        GltfFile file;
+        file.store = store;
+        file.animate(0, "translation", "LINEAR", {0, 1}, {0, 0, 0, 1, 2, 3});
+        const Scene scene =
+            gltf::read_gltf(file.write("scene.bin"), small_options());  // known by its content
+        expect_place(scene, "Light 1", 24, {420, -20, -300});
+    }
+}
+
+TEST(Gltf, MissingBuffersMatterOnlyWhenLightsNeedThem) {
+    GltfFile file;
+    file.store = GltfFile::Store::missing;
+    file.nodes = R"({"name": "Mesh"}, {"extensions": {"KHR_lights_punctual": {"light": 0}}})";
+    file.animate(0, "translation", "LINEAR", {0, 1}, {0, 0, 0, 1, 2, 3});
+    EXPECT_EQ(refusal(file), "");
+    EXPECT_EQ(gltf::read_gltf(file.write(), small_options()).composition.duration, 25);
+    file.animate(1, "translation", "LINEAR", {0, 1}, {0, 0, 0, 1, 2, 3});
+    EXPECT_THAT(refusal(file), testing::AllOf(HasSubstr("/buffers/0/uri: "), HasSubstr("is missing"),
+                                              HasSubstr("\nhint: put it into the scene's folder")));
+    for (const char* outside : {"../secret.bin", "/etc/hostname", "a/../../x", "https://example.org/a.bin"}) {
+        file.uri = outside;
+        EXPECT_THAT(refusal(file), HasSubstr("outside of the scene's folder")) << outside;
+    }
+}
+
+TEST(Gltf, RefusalsNamePlaceAndWayOut) {
+    struct Case {
+        const char *lights, *nodes, *more, *message;
+    };
+    const char* carrier = R"({"extensions": {"KHR_lights_punctual": {"light": 0}}})";
+    const Case cases[] = {
+        {R"({"type": "area"})", carrier, "",
+         ":3:10: /extensions/KHR_lights_punctual/lights/0/type: light type \"area\""},
+        {R"({})", carrier, "", "lights/0: the light has no type"},
+        {R"({"type": "spot"})", carrier, "", "lights/0: a spot light needs an object \"spot\""},
+        {R"({"type": "spot", "spot": {"innerConeAngle": 0.3, "outerConeAngle": 0.3}})", carrier, "",
+         "lights/0/spot: innerConeAngle 0.3 does not lie between"},
+        {R"({"type": "spot", "spot": {"innerConeAngle": -0.1}})", carrier, "", "innerConeAngle -0.1"},
+        {R"({"type": "spot", "spot": {"outerConeAngle": 1.5708}})", carrier, "",
+         "outerConeAngle 1.5708 is outside"},
+        {R"({"type": "spot", "spot": {"outerConeAngle": true}})", carrier, "",
+         "outerConeAngle is true or false"},
+        {R"({"type": "point", "color": [1, 1]})", carrier, "", "lights/0/color: "},
+        {R"({"type": "point", "intensity": -1})", carrier, "", "intensity is negative"},
+        {R"({"type": "point", "range": 0})", carrier, "", "range is not above 0"},
+        {R"({"type": "point"})", R"({"extensions": {"KHR_lights_punctual": {"light": 1}}})", "",
+         ":5:50: /nodes/0/extensions/KHR_lights_punctual/light: there is no such light: the file defines 1"},
+        {R"({"type": "point"})", R"({"camera": 0})", "", "/nodes/0/camera: there is no element 0 in cameras"},
+        {R"({"type": "point"})", R"({"rotation": [0, 0, 0]})", "",
+         "/nodes/0/rotation: rotation is not an array of 4"},
+        {R"({"type": "point"})", R"({"rotation": [0, 0, 0, 0]})", "", "no unit quaternion"},
+        {R"({"type": "point"})", R"({"children": [1]}, {"children": [0]})", R"("scenes": [{"nodes": [0]}])",
+         "/scenes/0/nodes/0: node 0 is no root"},
+        {R"({"type": "point"})", R"({"children": [2]}, {"children": [2]}, {})", "", "node 2 has two parents"},
+        {R"({"type": "point"})", carrier, R"("extensionsRequired": ["EXT_meshopt_compression"])",
+         "/extensionsRequired/0: the file requires the extension \"EXT_meshopt_compression\""},
+        {R"({"type": "point"})", carrier,
+         R"("animations": [{"samplers": [{"input": 0, "output": 7}],
+             "channels": [{"sampler": 0, "target": {"node": 0, "path": "translation"}}]}])",
+         "/animations/0/samplers/0/output: there is no element 7 in accessors"},
+    };
+    for (const Case& each : cases) {
+        GltfFile file;
+        file.lights = each.lights;
+        file.nodes = each.nodes;
+        file.more = each.more;
+        static_cast<void>(file.floats("SCALAR", {0, 1}));
+        const std::string message = refusal(file);
+        EXPECT_THAT(message, HasSubstr(each.message)) << each.lights << each.nodes << each.more;
+        EXPECT_THAT(message, HasSubstr("\nhint: "));
+        EXPECT_THAT(message, HasSubstr("scene.gltf:"));
+    }
+}
+
+TEST(Gltf, AnimationsThatCannotBeAreRefused) {
+    GltfFile backwards, few, huge, matrix;
+    backwards.animate(0, "translation", "LINEAR", {1, 0.5f}, {0, 0, 0, 1, 1, 1});
+    EXPECT_THAT(refusal(backwards), HasSubstr("do not ascend"));
+    few.animate(0, "translation", "CUBICSPLINE", {0, 1}, {0, 0, 0, 1, 1, 1});
+    EXPECT_THAT(refusal(few), HasSubstr("2 values for 2 keys"));
+    huge.animate(0, "translation", "LINEAR", {0, 1e9f}, {0, 0, 0, 1, 1, 1});
+    EXPECT_THAT(refusal(huge), HasSubstr("more than 100000"));
+    matrix.nodes = R"({"matrix": [1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1],
+                       "extensions": {"KHR_lights_punctual": {"light": 0}}})";
+    matrix.animate(0, "translation", "LINEAR", {0, 1}, {0, 0, 0, 1, 1, 1});
+    EXPECT_THAT(refusal(matrix), HasSubstr("/animations/0/channels/0: node 0 has a matrix"));
+}
+
+}  // namespace
+}  // namespace zam::io
