@@ -13,6 +13,7 @@
 #include "cli/progress.h"
 #include "cli/settings.h"
 #include "host/runner/session.h"
+#include "io/over.h"
 #include "io/png_writer.h"
 #include "io/read_scene.h"
 #include "io/values.h"
@@ -61,6 +62,15 @@ host::RenderSettings render_settings(const RenderOptions& options) {
     const std::uint32_t divisor = options.resolution == "half" ? 2 : options.resolution == "quarter" ? 4 : 1;
     settings.downsample_x = settings.downsample_y = host::Ratio{1, divisor};
     return settings;
+}
+
+// Nothing, unless the frames are to be laid over a colour.
+std::optional<host::Color> background_of(const RenderOptions& options) {
+    if (options.over.empty()) return std::nullopt;
+    const auto color = io::parse_hex_color(options.over);
+    if (!color)
+        throw UsageError("--over " + options.over + ": this is no colour\nhint: write it as '#rrggbb'");
+    return color;
 }
 
 std::vector<int> chosen_frames(const RenderOptions& options, const host::Composition& composition) {
@@ -139,6 +149,7 @@ CLI::App* add_render(CLI::App& app, RenderOptions& options) {
         ->check(CLI::IsMember({"full", "half", "quarter"}));
     add("--set", options.settings, "CONTROL=VALUE", "'Look=Strong', 'Spot Lights/Reach=800'; may be repeated")
         ->allow_extra_args(false);
+    add("--over", options.over, "COLOUR", "Lay the light over a plain colour, '#101018', to look at it");
     add("--plugin", options.plugin, "FILE", "Plug-in [Zam.so beside this program]");
     add("--threads", options.threads, "N", "Threads to render rows on [one per core]")
         ->check(CLI::Range(0, 256));
@@ -166,6 +177,7 @@ void render(const RenderOptions& options) {
     if (options.output.empty())
         throw UsageError("render: no output is given\nhint: add -o 'out/light.####.png'");
     static_cast<void>(NamePattern(options.output, false));
+    const std::optional<host::Color> background = background_of(options);
 
     io::Scene scene = io::read_scene(options.scene, gltf_options(options));
     for (const std::string& warning : scene.warnings) print_warning(warning);
@@ -188,8 +200,9 @@ void render(const RenderOptions& options) {
     Progress progress(stderr, style, static_cast<int>(frames.size()));
     const host::RenderSettings settings = render_settings(options);
     for (const int frame : frames) {
-        const host::Frame image = session.render(frame, settings);
+        host::Frame image = session.render(frame, settings);
         check(image.outcome, "frame " + std::to_string(frame), told, &progress);
+        if (background) io::lay_over(*background, &image);
         const std::string file = names.file(frame);
         io::write_png(file, image);
         progress.frame_done(frame, file);

@@ -15,6 +15,7 @@ struct RenderOptions {
     int depth = 8;
     std::string resolution = "full";
     std::vector<std::string> settings;
+    std::string over;  // "#rrggbb"; empty: straight alpha
     int threads = 0;
     bool quiet = false;
     // glTF scenes only

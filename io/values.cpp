@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <numeric>
 
+#include "io/over.h"
 #include "io/text.h"
 
 namespace zam::io {
@@ -101,12 +102,8 @@ host::Color read_color(const JsonDocument& document, const JsonValue& value, con
     constexpr NumberRule kFraction{0.0, 1.0, "", "1 is full; write 8 bit colours as \"#rrggbb\""};
     const char* hint = "write \"#ffcc88\" or [1, 0.8, 0.53]";
     if (value.is(Kind::string)) {
-        const std::string& text = value.text;
-        const bool hexadecimal = text.find_first_not_of("0123456789abcdefABCDEF", 1) == std::string::npos;
-        if (text.size() != 7 || text[0] != '#' || !hexadecimal)
-            throw document.error(value, subject + " " + quote(text) + " is not a colour", hint);
-        const auto code = [&](std::size_t at) { return std::stoi(text.substr(at, 2), nullptr, 16) / 255.0; };
-        return {code(1), code(3), code(5)};
+        if (const auto color = parse_hex_color(value.text)) return *color;
+        throw document.error(value, subject + " " + quote(value.text) + " is not a colour", hint);
     }
     if (!value.is(Kind::array) || value.children.size() != 3)
         throw document.error(value, subject + " is not a colour", hint);

@@ -9,7 +9,7 @@ echo "Three beams: every spot model, from a hard edge to full feather, onto a fl
 echo "Stage: lights, camera and animation from Blender, through glTF"
 "$zam" render examples/stage/stage.gltf -o "$out/stage/####.png" --resolution half --over '#08090e' \
     --set 'Spot Light Model=Distance' --set 'Spot Lights/Intensity=450' --set 'Spot Lights/Reach=900' \
-    --set 'Point Lights/Intensity=1000' --set 'Softness [%]=10'
+    --set "Point Lights/Light's Intensity=off" --set 'Point Lights/Intensity=55' --set 'Softness [%]=8'
 echo
 echo "Pictures, over a dark background:"
 echo "    $out/three-beams/0000.png (natural), 0030.png (distance), 0060.png (constant)"

@@ -15,12 +15,8 @@ double PixelAspect(const PF_InData* in_data) {
 // Composition time and active camera; a null camera when there is none.
 A_Err GetCameraAt(const AEGP_SuiteHandler& suites, PF_InData* in_data, A_long what_time, A_u_long time_scale,
                   A_Time* comp_time, AEGP_LayerH* camera_layer) {
-    *comp_time = {0, 1};
     *camera_layer = nullptr;
-    if (const A_Err err = suites.PFInterface1()->AEGP_ConvertEffectToCompTime(in_data->effect_ref, what_time,
-                                                                              time_scale, comp_time)) {
-        return err;
-    }
+    if (const A_Err err = GetCompTime(suites, in_data, what_time, time_scale, comp_time)) return err;
     return suites.PFInterface1()->AEGP_GetEffectCamera(in_data->effect_ref, comp_time, camera_layer);
 }
 

@@ -17,6 +17,14 @@ struct WithLayer8 {
 // A host that says "success" and hands out nothing.
 inline constexpr A_Err kNothingThere = A_Err_GENERIC;
 
+// Effect time as composition time.
+inline A_Err GetCompTime(const AEGP_SuiteHandler& suites, PF_InData* in_data, A_long what_time,
+                         A_u_long time_scale, A_Time* comp_time) {
+    *comp_time = {0, 1};
+    return suites.PFInterface1()->AEGP_ConvertEffectToCompTime(in_data->effect_ref, what_time, time_scale,
+                                                               comp_time);
+}
+
 // The layer that carries the effect and its composition.
 template <class With>
 A_Err GetEffectLayerAndComp(const AEGP_SuiteHandler& suites, PF_InData* in_data, AEGP_LayerH* layer,

@@ -29,13 +29,6 @@ A_Err FindLightByName(const AEGP_SuiteHandler& suites, PF_InData* in_data, const
     });
 }
 
-A_Err CompTime(const AEGP_SuiteHandler& suites, PF_InData* in_data, A_long what_time, A_u_long time_scale,
-               A_Time* comp_time) {
-    *comp_time = {0, 1};
-    return suites.PFInterface1()->AEGP_ConvertEffectToCompTime(in_data->effect_ref, what_time, time_scale,
-                                                               comp_time);
-}
-
 }  // namespace
 
 ZAM_EXPORT A_Err GetLightByName(PF_InData* in_data, A_long what_time, A_u_long time_scale, const char* name,
@@ -44,7 +37,7 @@ ZAM_EXPORT A_Err GetLightByName(PF_InData* in_data, A_long what_time, A_u_long t
     *light_type = kNoLight;
     const AEGP_SuiteHandler suites(in_data->pica_basicP);
     A_Time comp_time;
-    if (const A_Err err = CompTime(suites, in_data, what_time, time_scale, &comp_time)) return err;
+    if (const A_Err err = GetCompTime(suites, in_data, what_time, time_scale, &comp_time)) return err;
     AEGP_LayerH layer = nullptr;
     if (const A_Err err = FindLightByName(suites, in_data, name, light_type, &layer)) return err;
     if (!layer) return A_Err_NONE;
@@ -75,7 +68,7 @@ ZAM_EXPORT A_Err PGetLightPos(PF_InData* in_data, A_long what_time, A_u_long tim
     *light_type = kNoLight;
     const AEGP_SuiteHandler suites(in_data->pica_basicP);
     A_Time comp_time;
-    if (const A_Err err = CompTime(suites, in_data, what_time, time_scale, &comp_time)) return err;
+    if (const A_Err err = GetCompTime(suites, in_data, what_time, time_scale, &comp_time)) return err;
     AEGP_LayerH layer = nullptr;
     if (const A_Err err = FindLightByName(suites, in_data, name, light_type, &layer)) return err;
     if (!layer) return A_Err_NONE;

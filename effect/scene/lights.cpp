@@ -69,11 +69,8 @@ A_Err DescribeLight(const AEGP_SuiteHandler& suites, AEGP_LayerH layer, const A_
 A_Err GetLight(PF_InData* in_data, A_long what_time, A_u_long time_scale, LightDescription* light, int index,
                int light_type, const Filters& filters) {
     const AEGP_SuiteHandler suites(in_data->pica_basicP);
-    A_Time comp_time{0, 1};
-    if (const A_Err err = suites.PFInterface1()->AEGP_ConvertEffectToCompTime(in_data->effect_ref, what_time,
-                                                                              time_scale, &comp_time)) {
-        return err;
-    }
+    A_Time comp_time;
+    if (const A_Err err = GetCompTime(suites, in_data, what_time, time_scale, &comp_time)) return err;
     AEGP_LayerH effect_layer = nullptr;
     AEGP_CompH comp = nullptr;
     if (const A_Err err = GetEffectLayerAndComp<WithLayer5>(suites, in_data, &effect_layer, &comp))

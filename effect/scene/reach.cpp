@@ -173,11 +173,8 @@ ZAM_EXPORT A_Err GetControlLight(PF_InData* in_data, AEGP_LayerIDVal layer_id, A
                                  double* nx, double* ny, double* nz) {
     *found = -1;
     const AEGP_SuiteHandler suites(in_data->pica_basicP);
-    A_Time comp_time{0, 1};
-    if (const A_Err err = suites.PFInterface1()->AEGP_ConvertEffectToCompTime(in_data->effect_ref, what_time,
-                                                                              time_scale, &comp_time)) {
-        return err;
-    }
+    A_Time comp_time;
+    if (const A_Err err = GetCompTime(suites, in_data, what_time, time_scale, &comp_time)) return err;
     AEGP_LayerH effect_layer = nullptr;
     AEGP_CompH comp = nullptr;
     if (const A_Err err = GetEffectLayerAndComp<WithLayer8>(suites, in_data, &effect_layer, &comp))

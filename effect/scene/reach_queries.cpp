@@ -10,11 +10,7 @@ namespace {
 // The layer at this index and the composition time.
 A_Err GetLayerAt(const AEGP_SuiteHandler& suites, PF_InData* in_data, A_long what_time, A_u_long time_scale,
                  int index, AEGP_LayerH* layer, A_Time* comp_time) {
-    *comp_time = {0, 1};
-    if (const A_Err err = suites.PFInterface1()->AEGP_ConvertEffectToCompTime(in_data->effect_ref, what_time,
-                                                                              time_scale, comp_time)) {
-        return err;
-    }
+    if (const A_Err err = GetCompTime(suites, in_data, what_time, time_scale, comp_time)) return err;
     AEGP_LayerH effect_layer = nullptr;
     AEGP_CompH comp = nullptr;
     if (const A_Err err = GetEffectLayerAndComp<WithLayer8>(suites, in_data, &effect_layer, &comp))

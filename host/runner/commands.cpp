@@ -112,7 +112,8 @@ void Session::State::call_entry(PF_Cmd cmd, PF_ParamDef** params, PF_LayerDef* o
                                 Outcome& outcome) {
     const Instance::Scope scope(&in);
     try {
-        outcome.error = plugin.entry()(cmd, &in.in_data, &out, params, output, extra);
+        outcome.error =
+            body ? (*body)(&in.in_data, &out) : plugin.entry()(cmd, &in.in_data, &out, params, output, extra);
     } catch (int value) {
         outcome.thrown = value;
     } catch (const std::exception& exception) {

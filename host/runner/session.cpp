@@ -162,6 +162,16 @@ Outcome Session::send(PF_Cmd command) {
     return outcome;
 }
 
+Outcome Session::call_inside(double frame, const Body& body) {
+    State& s = *state_;
+    s.in.log.clear();
+    s.frame = frame;
+    s.body = &body;
+    const Outcome outcome = s.command(PF_Cmd_EVENT, frame);
+    s.body = nullptr;
+    return outcome;
+}
+
 const std::vector<Control>& Session::controls() const { return state_->in.params.controls(); }
 
 void Session::apply_settings(const EffectSettings& settings) {

@@ -13,6 +13,7 @@
 // several. Rows are iterated on `threads` threads, frames are rendered on a thread of their own, everything
 // else runs on the caller's. Nothing of the effect's own headers is known here.
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -84,6 +85,11 @@ class Session {
     // for the frame of the last render or choice; PF_Cmd_USER_CHANGED_PARAM speaks of the first supervised
     // control.
     Outcome send(PF_Cmd command);
+
+    // Calls `body` as a command of this effect at this frame, in place of the entry point: for what else a
+    // plug-in exports that takes in_data. Its result is the outcome's error.
+    using Body = std::function<PF_Err(PF_InData*, PF_OutData*)>;
+    Outcome call_inside(double frame, const Body& body);
 
     // The controls as the plug-in registered them, index 1 first; the input layer is not among them.
     [[nodiscard]] const std::vector<Control>& controls() const;

@@ -31,6 +31,7 @@ struct Session::State {
     double frame = 0.0;  // of the last command that had one
     std::optional<std::vector<std::uint8_t>> restored;
     std::vector<std::string> reports;
+    const Body* body = nullptr;  // called in place of the entry point
 
   private:
     void fill_in_data(PF_Cmd cmd, double at, const RenderSettings& settings);

@@ -172,6 +172,20 @@ class Program(unittest.TestCase):
                 lit = next(samples[i:i + 3] for i in range(0, len(samples), 4) if samples[i + 3])
                 self.assertEqual(lit, [full, full // 2 + 1, 0])
 
+    def test_over_lays_the_light_on_a_colour(self):
+        for depth, full in ((8, 255), (16, 65535)):
+            self.rendered("-o", "out/a.png", "--frames", "6", "--depth", depth)
+            light = read_png(self.folder / "out/a.png")[3]
+            self.rendered("-o", "out/a.png", "--frames", "6", "--depth", depth, "--over", "#204060")
+            picture = read_png(self.folder / "out/a.png")[3]
+            for i in range(0, len(light), 4):
+                alpha = light[i + 3] / full
+                for channel, behind in enumerate((0x20, 0x40, 0x60)):
+                    expected = light[i + channel] * alpha + behind / 255 * full * (1 - alpha)
+                    self.assertAlmostEqual(picture[i + channel], expected, delta=4)
+                self.assertEqual(picture[i + 3], full)
+        self.expect(2, "--over red: this is no colour", "render", "scene.json", "-o", "out/a.png", "--over", "red")
+
     def test_controls_change_the_picture(self):
         def picture(*arguments, scene="scene.json"):
             self.rendered("-o", "out/a.png", "--frames", "6", *arguments, scene=scene)
