@@ -2,11 +2,12 @@
 JOBS ?= $(shell nproc)
 OUT ?= out
 
-.PHONY: help demo test sanitize format-check format setup-build setup-test release clean
+.PHONY: help demo test bench sanitize format-check format setup-build setup-test release clean
 
 help:
 	@echo "make demo          install what it needs, build, render two real scenes to $(OUT)/"
 	@echo "make test          install what it needs, build, run all tests"
+	@echo "make bench         measure the renderer against a plain scalar one, in one run"
 	@echo "make sanitize      the same tests under the address and undefined-behaviour sanitizers"
 	@echo "make format-check  are all sources laid out as .clang-format says?"
 
@@ -27,6 +28,11 @@ sanitize: setup-test
 release:
 	cmake --preset release -DZAM_TESTS=OFF
 	cmake --build --preset release -j $(JOBS)
+
+bench: setup-build
+	cmake --preset release -DZAM_TESTS=OFF -DZAM_BENCH=ON
+	cmake --build --preset release -j $(JOBS)
+	build/release/bench/zam_bench $(BENCH)
 
 format-check: setup-test
 	@git ls-files '*.h' '*.c' '*.cpp' '*.inc' | xargs clang-format --dry-run --Werror

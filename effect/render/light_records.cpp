@@ -87,6 +87,38 @@ void SetScreenBox(const Projection& view, double spotScale, const _VisLightStruc
     opt->screenBottom = Truncate(opt->screenY + 0.5 + half);
 }
 
+// What is derived from the cone's angles and axis.
+void SetConeConstants(const HostMaths& maths, const _VisLightStruct& light, _OptSpotData* opt) {
+    const double feather = opt->cosInner - opt->cosOuter;
+    opt->invFeather = feather != 0.0 ? 1.0 / feather : 0.0;
+    // deliberate: divided by the cone's opening, 200 for narrow cones and 400 tan for wide ones
+    const double half = light.coneAngle * 0.5;
+    const double wide = 400.0 * maths.tan(half), narrow = 200.0 * maths.cos(half);
+    opt->invOpening = 1.0 / (narrow > wide ? narrow : wide);
+
+    const double ax = light.dir.x, ay = light.dir.y, m = ax * ax + ay * ay;
+    if (!(m > 0.0)) return;  // the axis points at the camera: nothing is across it
+    const double root = maths.sqrt(m);
+    opt->acrossX = -ay / root;
+    opt->acrossY = ax / root;
+    opt->firstOffset = m <= 1e-09 ? root : 0.6;
+}
+
+// A sphere around the cone between its apex and its reach. With a reach layer the cone has no end of its own, and one
+// that opens to nearly half of space is not worth it.
+void SetBound(const HostMaths& maths, bool reaches_layer, const _VisLightStruct& light, _OptSpotData* opt) {
+    const double length = maths.sqrt(dot(light.dir, light.dir));
+    const double cosine = (light.coneFeather > 0.0 ? opt->cosOuter : opt->cosInner) / length;
+    if (reaches_layer || !(cosine > 0.05 && cosine < 1.0)) return;
+    const double cos_sq = cosine * cosine, height = light.radius * length;
+    // Through apex and rim, or, for wide cones, around the end cap.
+    const bool narrow = cos_sq >= 0.5;
+    const double radius = narrow ? height / (2.0 * cos_sq) : height * maths.sqrt(1.0 / cos_sq - 1.0);
+    opt->boundCentre = light.pos + ((narrow ? radius : height) / length) * light.dir;
+    opt->boundRadius = 1.001 * radius + 1.0;
+    if (!(opt->boundRadius < 1e9)) opt->boundRadius = -1.0;
+}
+
 }  // namespace
 
 void ReadPointLights(PF_InData* in_data, const LightControls& controls, const LightFilters& filters,
@@ -153,6 +185,8 @@ void PrepareSpots(const HostMaths& maths, const Projection& projection, double s
         o.coneCInner = o.axisDotPos * o.axisDotPos - o.cosInnerSq * o.distSq;
         o.coneCOuter = o.axisDotPos * o.axisDotPos - o.cosOuterSq * o.distSq;
         SetScreenBox(projection, spotScale, light, &o);
+        SetConeConstants(maths, light, &o);
+        SetBound(maths, settings->reachActive != 0, light, &o);
 
         o.startPlane = dot(d, p + settings->startDistance * d);
         if (!settings->reachActive) {

@@ -19,6 +19,8 @@ ALLOWED = {
     "cli": ["hostapi", "host", "io"],
     "tests": ["hostapi", "effect", "effect/params", "effect/scene", "effect/render", "effect/render/kernels",
               "effect/entry", "host", "io"],
+    "bench": ["hostapi", "effect/params", "effect/scene", "effect/render", "effect/render/kernels", "host", "io",
+              "tests"],
 }
 # Folders that know no library but the language's own.
 NO_LIBRARIES = ("hostapi", "effect")

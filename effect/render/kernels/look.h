@@ -1,8 +1,9 @@
 #pragma once
 // From sums of light to channel codes: the "Look" curves and the coding of a channel.
 #include <cstdint>
+#include <limits>
 
-#include "effect/render/kernels/lanes.h"
+#include "effect/render/kernels/elementary.h"
 
 namespace zam {
 
@@ -15,11 +16,17 @@ inline bool SquaresLights(std::int32_t look) {
 }
 
 // The final curve of one sum. Chosen by ranges: below 3 cut off, 3 and 4 the square root, above 4 the power.
-template <class V, class M>
-V ShapeByLook(const M& maths, std::int32_t look, double invGamma, V v) {
+template <class V>
+V ShapeByLook(std::int32_t look, double invGamma, V v) {
     const V full(1.0);
     if (look < 3) return smaller(v, full);
-    return select(v > 1.0, full, look <= 4 ? maths.sqrt(v) : maths.pow(v, invGamma));
+    // Below the normal numbers there is no light left; below zero there is no root.
+    constexpr double kNormal = 2.2250738585072014e-308;
+    const auto normal = v >= kNormal;
+    const V legal = select(normal, v, full);
+    const V shaped = look <= 4 ? Root(legal) : Power(legal, invGamma);
+    const V none = select(v >= 0.0, V(0.0), V(std::numeric_limits<double>::quiet_NaN()));
+    return select(v > 1.0, full, select(normal, shaped, none));
 }
 
 // Channel code of a value in units of full scale, rounded half up: the low bits of the integer part of

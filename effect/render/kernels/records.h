@@ -53,6 +53,14 @@ struct _OptSpotData {
     double startPlane = 0.0;              // the start cap is the plane d.x = startPlane
     double endPlane = 0.0;  // the end cap: d.x, or (n.x) * endSign with the reach layer's normal n
     double endSign = 0.0;   // +1 or -1, with a reach layer
+
+    // Derived further, so that no pixel divides for it.
+    double invFeather = 0.0;  // 1 / (cosInner - cosOuter); 0 without a feather
+    double invOpening = 0.0;  // of the constant model: 1 / max(400 tan(half angle), 200 cos(half angle))
+    double acrossX = 0.0, acrossY = 0.0;  // unit vector across the axis as seen on the screen; 0 for none
+    double firstOffset = 0.0;             // of the edge's first samples, pixels
+    Vec3 boundCentre;                     // a sphere around all that the light can fill ...
+    double boundRadius = -1.0;            // ... or none: negative
 };
 
 // What the glow formulas need of one point light; p = pos, R = radius, I = intensity.
@@ -72,12 +80,6 @@ struct _RayOpt {
     V rayDotAxis;     // k = r.d
     V invRayDotAxis;  // 1 / k; means nothing where k is exactly 0
     V rayDotPos;      // r.p
-};
-
-// A light's share of one pixel: colour, and the colour-free strength.
-template <class V>
-struct Light4 {
-    V red, green, blue, alpha;
 };
 
 }  // namespace zam

@@ -8,8 +8,6 @@
 namespace zam {
 namespace {
 
-const StdMaths maths;
-
 struct Stretch {
     double near = 0.0, far = 0.0;
     [[nodiscard]] bool empty() const { return !(far > near); }
@@ -17,8 +15,9 @@ struct Stretch {
 
 Stretch intersect(const test::SpotCase& c, bool outer) {
     const _RayOpt<double> ray = MakeRayOpt(c.dx, c.dy, 1.0, c.light);
+    const BetweenCaps<double> caps = IntersectCaps(c.settings, c.light, c.opt, ray, c.dx, c.dy, 1.0);
     Stretch s;
-    IntersectRayWithCone(maths, 0, &c.settings, &c.light, &c.opt, &ray, c.dx, c.dy, 1.0, c.a,
+    IntersectRayWithCone(c.light, c.opt, ray, caps, c.dx, c.dy, 1.0, c.a,
                          outer ? c.opt.coneCOuter : c.opt.coneCInner,
                          outer ? c.opt.cosOuterSq : c.opt.cosInnerSq, &s.near, &s.far);
     return s;
@@ -146,9 +145,9 @@ Refined refine(const test::SpotCase& c, double px, double py) {
     test::derive(pixel);
     Refined r;
     r.own = r.blended = intersect(pixel, false);
-    RefineIntersection(maths, 0, 0.01, 1.0, 1.0, 200, 100, r.own.near, r.own.far, px, py, 1.0,
-                       pixel.opt.coneCInner, pixel.opt.cosInnerSq, &pixel.light, &pixel.opt, &pixel.settings,
-                       &r.blended.near, &r.blended.far);
+    RefineIntersection(pixel.settings, pixel.light, pixel.opt, PixelRays{0.01, 1.0, 1.0, 200, 100}, px, py,
+                       r.own.near, r.own.far, pixel.opt.coneCInner, pixel.opt.cosInnerSq, &r.blended.near,
+                       &r.blended.far);
     return r;
 }
 

@@ -5,13 +5,10 @@
 #include <cmath>
 #include <limits>
 
-#include "effect/render/kernels/maths.h"
-
 namespace zam {
 namespace {
 
 TEST(Look, CurvesAndSquares) {
-    const StdMaths maths;
     const struct {
         Look look;
         bool squares;
@@ -27,8 +24,8 @@ TEST(Look, CurvesAndSquares) {
     for (const auto& row : rows) {
         const auto value = static_cast<std::int32_t>(row.look);
         EXPECT_EQ(SquaresLights(value), row.squares) << value;
-        EXPECT_DOUBLE_EQ(ShapeByLook(maths, value, 1 / 2.5, 0.25), row.of_quarter) << value;
-        EXPECT_EQ(ShapeByLook(maths, value, 1 / 2.5, 2.0), row.of_two) << value;
+        EXPECT_DOUBLE_EQ(ShapeByLook(value, 1 / 2.5, 0.25), row.of_quarter) << value;
+        EXPECT_EQ(ShapeByLook(value, 1 / 2.5, 2.0), row.of_two) << value;
     }
 }
 

@@ -9,21 +9,26 @@
 namespace zam {
 namespace {
 
-const StdMaths maths;
-
 struct Integrals {
     double natural, natural_feather, distance, distance_feather, constant_feather;
 };
 
 Integrals closed_forms(const test::SpotCase& c, double t0, double t1) {
-    const _RayOpt<double> ray = MakeRayOpt(c.dx, c.dy, 1.0, c.light);
-    const _VisLightStruct* l = &c.light;
-    const _OptSpotData* o = &c.opt;
-    return {IntegrateNatural(maths, 0, l, o, &ray, c.dx, c.dy, 1.0, c.a, t0, t1),
-            IntegrateNaturalConeF(maths, 0, l, o, &ray, c.dx, c.dy, 1.0, c.a, t0, t1),
-            IntegrateDistance(maths, 0, l, o, c.dx, c.dy, 1.0, c.a, t0, t1),
-            IntegrateDistanceConeF(maths, 0, l, o, c.dx, c.dy, 1.0, c.a, t0, t1),
-            IntegrateConstConeF(maths, 0, l, o, c.dx, c.dy, 1.0, c.a, t0, t1)};
+    const _RayOpt<double> opt = MakeRayOpt(c.dx, c.dy, 1.0, c.light);
+    const double inv_root_a = 1.0 / std::sqrt(c.a);
+    const FogRay<double> soft = MakeFogRay(c.a, inv_root_a, opt, c.opt, 1.0);
+    const FogRay<double> sharp = MakeFogRay(c.a, inv_root_a, opt, c.opt, 0.0);
+    const FogEnd<double> from = MakeFogEnd(soft, t0), to = MakeFogEnd(soft, t1);
+    const double from_s = std::sqrt(from.s2), to_s = std::sqrt(to.s2);
+    const NaturalFog<double> natural(soft);
+    const DistanceFog<double> distance(soft);
+    const FogEnd<double> sharp_from = MakeFogEnd(sharp, t0), sharp_to = MakeFogEnd(sharp, t1);
+    return {natural.Integrate(from, to),
+            natural.IntegrateConeF(c.opt, from, natural.Rational(from), to, natural.Rational(to)),
+            distance.Integrate(from, from_s, to, to_s),
+            distance.IntegrateConeF(c.opt, from, from_s, to, to_s),
+            IntegrateConstConeF(sharp, c.opt, sharp_from, std::sqrt(std::max(sharp_from.s2, 1e-100)),
+                                sharp_to, std::sqrt(std::max(sharp_to.s2, 1e-100)))};
 }
 
 // The same by quadrature of the definitions.

@@ -1,0 +1,36 @@
+#pragma once
+// What was measured, collected for the summary and for machines to read.
+#include <string>
+#include <vector>
+
+#include "bench/machine.h"
+#include "bench/timing.h"
+
+namespace zam::bench {
+
+struct Record {
+    std::string name, variant, metric;
+    Spread value;
+};
+
+inline constexpr char kTimesLiteral[] = "x literal";
+inline constexpr char kTimesOneThread[] = "x one thread";
+inline constexpr char kTimesWithout[] = "x without them";
+
+class Report {
+  public:
+    void Add(const std::string& name, const std::string& variant, const std::string& metric, Spread value);
+    [[nodiscard]] const Record* Find(const std::string& name, const std::string& variant,
+                                     const std::string& metric) const;
+    // False when the file cannot be written.
+    [[nodiscard]] bool WriteJson(const std::string& file, const Machine& machine) const;
+
+  private:
+    std::vector<Record> records_;
+};
+
+void PrintHeading(const std::string& title, const std::string& explanation);
+// "12.34 (12.01..13.70)", padded
+std::string Text(Spread value, int digits);
+
+}  // namespace zam::bench

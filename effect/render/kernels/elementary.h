@@ -1,0 +1,126 @@
+#pragma once
+// Arc tangent, logarithm and power on any lane type, shaped as the formulas need them: of a quotient, with one
+// reciprocal for both. Coefficients are Chebyshev interpolations of the function over the range that is left after
+// reduction, computed in 70 digits; their error is given as a share of the function's value.
+#include "effect/render/kernels/lanes.h"
+
+namespace zam {
+
+inline constexpr double kPi = 3.141592653589793;
+
+// c[i] + c[i + 4] z4 + c[i + 8] z4^2 + ...
+template <int i, class V, int kTerms>
+[[gnu::always_inline]] inline V EveryFourth(const double (&c)[kTerms], V z4) {
+    if constexpr (i + 4 < kTerms) {
+        return MulAdd(EveryFourth<i + 4>(c, z4), z4, V(c[i]));
+    } else {
+        return V(c[i]);
+    }
+}
+
+// c[0] + c[1] z + c[2] z^2 + ...: four interleaved chains, so that no operation waits long for the one before.
+template <class V, int kTerms>
+[[gnu::always_inline]] inline V Polynomial(const double (&c)[kTerms], V z) {
+    static_assert(kTerms >= 4);
+    const V z2 = z * z, z4 = z2 * z2;
+    return MulAdd(z2, MulAdd(EveryFourth<3>(c, z4), z, EveryFourth<2>(c, z4)),
+                  MulAdd(EveryFourth<1>(c, z4), z, EveryFourth<0>(c, z4)));
+}
+
+// The angle of the point (x, y) above the x axis, for y >= 0: 0 to pi. Not for x = y = 0. In two halves, which a loop may
+// run one after the other: the quotient of the smaller and the larger coordinate, and the angle from it.
+template <class V>
+[[gnu::always_inline]] inline V AngleQuotient(V y, V x) {
+    const V width = Abs(x);
+    return Quotient(smaller(y, width), larger(y, width));
+}
+template <class V>
+[[gnu::always_inline]] inline V AngleFromQuotient(V q, V y, V x) {
+    // atan(sqrt(z)) / sqrt(z) for 0 <= z <= 1; 3.3e-17
+    static constexpr double kAtan[] = {
+        1.0,
+        -0.333333333333307,
+        0.1999999999964796,
+        -0.14285714266926733,
+        0.11111110578002083,
+        -0.09090899793217341,
+        0.07692198997458294,
+        -0.06665764910689723,
+        0.058768281144872724,
+        -0.052374234719188166,
+        0.04668745304848529,
+        -0.040811247503178855,
+        0.03387126702700675,
+        -0.02556862364437174,
+        0.01671959606350739,
+        -0.00899108054265826,
+        0.003751138483965141,
+        -0.0011252544302234645,
+        0.00021423810738603946,
+        -1.93423475928923e-05,
+    };
+    const V angle = q * Polynomial(kAtan, q * q);
+    const V from_axis = select(y > Abs(x), 0.5 * kPi - angle, angle);
+    return select(x < 0.0, kPi - from_axis, from_axis);
+}
+template <class V>
+[[gnu::always_inline]] inline V AngleAbove(V y, V x) {
+    return AngleFromQuotient(AngleQuotient(y, x), y, x);
+}
+
+// log(n / d) for normal positive numbers.
+template <class V>
+[[gnu::always_inline]] inline V LogOfQuotient(V n, V d) {
+    V n_mantissa, n_exponent, d_mantissa, d_exponent;
+    SplitExponent(n, &n_mantissa, &n_exponent);
+    SplitExponent(d, &d_mantissa, &d_exponent);
+    // Bring the quotient of the mantissas between 1/sqrt(2) and sqrt(2).
+    const auto high = n_mantissa > 1.4142135623730951 * d_mantissa;
+    const auto low = 1.4142135623730951 * n_mantissa < d_mantissa;
+    n_mantissa = select(high, 0.5 * n_mantissa, select(low, 2.0 * n_mantissa, n_mantissa));
+    const V step = select(high, V(1.0), select(low, V(-1.0), V(0.0)));
+    const V exponent = n_exponent - d_exponent + step;
+    // log(f) = 2 atanh(s), s = (f - 1) / (f + 1) = (n - d) / (n + d); atanh(sqrt(z)) / sqrt(z) to 1.2e-18
+    static constexpr double kAtanh[] = {
+        1.0,
+        0.33333333333333826,
+        0.1999999999965117,
+        0.1428571438032084,
+        0.11111098528363024,
+        0.09091815840114664,
+        0.07656264074182095,
+        0.07404855180327638,
+    };
+    const V s = Quotient(n_mantissa - d_mantissa, n_mantissa + d_mantissa);
+    constexpr double kLn2High = 0.6931471803691238, kLn2Low = 1.9082149292705877e-10;
+    const V fraction = 2.0 * s * Polynomial(kAtanh, s * s);
+    return MulAdd(exponent, V(kLn2High), MulAdd(exponent, V(kLn2Low), fraction));
+}
+
+// v^exponent for normal v in (0, 1] and exponent > 0; 0 where the result is below the normal numbers.
+template <class V>
+[[gnu::always_inline]] inline V Power(V v, double exponent) {
+    const V power = exponent * LogOfQuotient(v, V(1.0));  // natural logarithm of the result, 0 or below
+    // exp(x) = 2^n exp(r) with |r| <= log(2) / 2; 4.2e-18
+    static constexpr double kExp[] = {
+        1.0,
+        1.0,
+        0.5000000000000019,
+        0.1666666666666668,
+        0.0416666666664881,
+        0.008333333333319601,
+        0.0013888888952314775,
+        0.00019841269890047113,
+        2.4801485482328494e-05,
+        2.755724091857897e-06,
+        2.763263963904103e-07,
+        2.5110037605963777e-08,
+    };
+    constexpr double kLeast = -708.0;  // exp of it is a normal number
+    const V x = smaller(select(power > kLeast, power, V(kLeast)), V(-kLeast));
+    const V n = Floor(MulAdd(x, V(1.4426950408889634), V(0.5)));
+    const V r = NegMulAdd(n, V(1.9082149292705877e-10), NegMulAdd(n, V(0.6931471803691238), x));
+    return select(power > kLeast, ScaleByPowerOfTwo(Polynomial(kExp, r), n), V(0.0));
+}
+
+}  // namespace zam

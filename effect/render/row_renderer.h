@@ -1,0 +1,296 @@
+#pragma once
+// A row on any lane type: included once by each file of a target (rows_scalar.cpp, rows_avx2.cpp ...), compiled for it.
+// The pixel loop is inside the light loop, over blocks of a row; each pixel still adds its lights in array order.
+#include <cstring>
+
+#include "effect/render/kernels/look.h"
+#include "effect/render/kernels/point_lights.h"
+#include "effect/render/kernels/spot_light.h"
+#include "effect/render/render_data.h"
+#include "effect/render/spans.h"
+
+namespace zam {
+
+template <class V>
+class RowRenderer {
+  public:
+    RowRenderer(const _RenderData& frame, A_long y) : frame_(frame), y_(y) {
+        squared_ = SquaresLights(frame.look);
+        dy_ = (y - frame.height * 0.5) * frame.invDownsampleY * frame.invZoom;
+        spots_on_ = frame.spotData->count > 0 && SpotModel{frame.spotData->model} != SpotModel::off;
+        if (spots_on_) {
+            const int known = frame.spotData->count < kKnownColumns ? frame.spotData->count : kKnownColumns;
+            for (int light = 0; light < known; ++light) spot_columns_[light] = SpotColumns(frame, light, y);
+        }
+    }
+
+    void Render(PF_Pixel* out) {
+        for (first_ = 0; first_ < frame_.width; first_ += kBlock) {
+            count_ = frame_.width - first_ < kBlock ? frame_.width - first_ : kBlock;
+            StartBlock();
+            AddPointLights();
+            if (spots_on_) AddSpotLights();
+            frame_.deep ? WriteBlock<PF_Pixel16, A_u_short, 16>(reinterpret_cast<PF_Pixel16*>(out))
+                        : WriteBlock<PF_Pixel, A_u_char, 8>(out);
+        }
+    }
+
+  private:
+    static constexpr int kLanes = LanesOf<V>::kCount;
+    static constexpr int kBlock = 256;  // pixels; what a block needs fits the stack and the first cache
+    static_assert(kBlock % kLanes == 0);
+    static constexpr int kKnownColumns = 256;  // spot lights whose columns are kept for the whole row
+
+    static V Load(const double* from) { return LanesOf<V>::Load(from); }
+
+    // deliberate: through the pixel's top left corner, no half-pixel offset
+    void StartBlock() {
+        const V step = LanesOf<V>::Index();
+        for (int i = 0; i < count_; i += kLanes) {
+            const V x = step + V(static_cast<double>(first_ + i));
+            const V dx = (x - frame_.width * 0.5) * frame_.aspectOverDownsampleX * frame_.invZoom;
+            const V a = dx * dx + dy_ * dy_ + 1.0;
+            Store(dx_ + i, dx);
+            Store(a_ + i, a);
+            Store(inv_root_a_ + i, ReciprocalRoot(a));
+            const V zero(0.0);
+            Store(red_ + i, zero);
+            Store(green_ + i, zero);
+            Store(blue_ + i, zero);
+            Store(alpha_ + i, zero);
+        }
+    }
+
+    // The block's share of a row's columns, in whole groups of lanes.
+    struct Groups {
+        int first, end;
+    };
+    Groups GroupsOf(const Columns& columns) const {
+        const int first = columns.first > first_ ? columns.first - first_ : 0;
+        const int end = columns.end - first_ < count_ ? columns.end - first_ : count_;
+        return {first / kLanes * kLanes, end};
+    }
+
+    void Add(int i, V red, V green, V blue, V alpha) {
+        Store(red_ + i, Load(red_ + i) + red);
+        Store(green_ + i, Load(green_ + i) + green);
+        Store(blue_ + i, Load(blue_ + i) + blue);
+        Store(alpha_ + i, Load(alpha_ + i) + alpha);
+    }
+    // A light's strength and colour: `value` times each, squared where the look wants it.
+    struct Tint {
+        double red, green, blue, alpha;
+    };
+    Tint MakeTint(const Vec3& color, double intensity) const {
+        const Tint t{color.x * intensity, color.y * intensity, color.z * intensity, intensity};
+        return squared_ ? Tint{t.red * t.red, t.green * t.green, t.blue * t.blue, t.alpha * t.alpha} : t;
+    }
+    void AddTinted(int i, V value, const Tint& tint, bool squared) {
+        const V v = squared ? value * value : value;
+        Store(red_ + i, MulAdd(v, V(tint.red), Load(red_ + i)));
+        Store(green_ + i, MulAdd(v, V(tint.green), Load(green_ + i)));
+        Store(blue_ + i, MulAdd(v, V(tint.blue), Load(blue_ + i)));
+        Store(alpha_ + i, MulAdd(v, V(tint.alpha), Load(alpha_ + i)));
+    }
+
+    // r.p along the row.
+    struct RowDot {
+        V x, rest;
+        V operator()(V dx) const { return MulAdd(dx, x, rest); }
+    };
+    RowDot MakeRowDot(const Vec3& p) const { return {V(p.x), V(dy_ * p.y + p.z)}; }
+
+    void AddPointLights() {
+        const _LightData& data = *frame_.pointData;
+        const PointSettings settings{PointModel{data.model}, data.softness, data.sourceRadius, frame_.softKSq,
+                                     frame_.softKRoot};
+        for (int light = 0; light < data.count; ++light) {
+            const _VisLightStruct& point = frame_.pointLights[light];
+            const _OptPointData& opt = frame_.optPoint[light];
+            switch (settings.model) {
+                case PointModel::natural:
+                    0.25 * opt.softDenominator > kFarSquare* settings.softKSq
+                        ? AddNaturalPoint<true>(point, opt, settings)
+                        : AddNaturalPoint<false>(point, opt, settings);
+                    break;
+                case PointModel::radius:
+                case PointModel::radius_source:
+                case PointModel::source:
+                    AddSpheres(point, opt, settings);
+                    break;
+                case PointModel::off:
+                    break;
+            }
+        }
+    }
+
+    template <bool kFar>
+    void AddNaturalPoint(const _VisLightStruct& light, const _OptPointData& opt,
+                         const PointSettings& settings) {
+        const Tint tint = MakeTint(light.color, light.intensity * settings.softKRoot);
+        const RowDot rp = MakeRowDot(light.pos);
+        const bool squared = squared_;
+        const int count = count_;
+        for (int i = 0; i < count; i += kLanes) {
+            const V rho_sq = NaturalRhoSquare<kFar>(Load(a_ + i), rp(Load(dx_ + i)), opt, settings);
+            const V inv_rho = ReciprocalRoot(rho_sq);
+            Store(inv_rho_ + i, inv_rho);
+            Store(rho_ + i, rho_sq * inv_rho);
+        }
+        for (int i = 0; i < count; i += kLanes) {
+            Store(quotient_ + i, AngleQuotient(Load(rho_ + i), rp(Load(dx_ + i))));
+        }
+        for (int i = 0; i < count; i += kLanes) {
+            const V angle = AngleFromQuotient(Load(quotient_ + i), Load(rho_ + i), -rp(Load(dx_ + i)));
+            AddTinted(i, angle * Load(inv_rho_ + i), tint, squared);
+        }
+    }
+
+    void AddSpheres(const _VisLightStruct& light, const _OptPointData& opt, const PointSettings& settings) {
+        const bool glows = settings.model != PointModel::source && light.radius > 0.0;
+        const bool shines = settings.model != PointModel::radius && settings.sourceRadius > 0.0;
+        double radius = glows ? light.radius : 0.0;
+        if (shines && settings.sourceRadius > radius) radius = settings.sourceRadius;
+        if (!(radius > 0.0)) return;
+        const Groups groups = GroupsOf(SphereColumns(frame_, light.pos, radius, y_));
+        const RowDot row_dot = MakeRowDot(light.pos);
+        const bool soft = settings.softness > 0.0, squared = squared_;
+        const double over = light.sourceIntensity / (2.0 * settings.sourceRadius);
+        for (int i = groups.first; i < groups.end; i += kLanes) {
+            const V a = Load(a_ + i), inv_root_a = Load(inv_root_a_ + i), inv_a = inv_root_a * inv_root_a;
+            const V rp = row_dot(Load(dx_ + i));
+            V red(0.0), green(0.0), blue(0.0), alpha(0.0);
+            if (glows) {
+                const V chord = ChordInSphere(a, inv_a, rp, opt.distSqMinusRadiusSq);
+                const auto shaped = [&](double strength) {
+                    const V v = chord * strength;
+                    return soft ? SoftEdge(v, settings.softness) : v;
+                };
+                red = shaped(opt.colorOverDiameter.x);
+                green = shaped(opt.colorOverDiameter.y);
+                blue = shaped(opt.colorOverDiameter.z);
+                alpha = shaped(opt.intensityOverDiameter);
+            }
+            if (shines) {
+                const V chord = ChordInSphere(a, inv_a, rp, opt.distSqMinusSourceRadiusSq);
+                red = MulAdd(chord, V(over * light.color.x), red);
+                green = MulAdd(chord, V(over * light.color.y), green);
+                blue = MulAdd(chord, V(over * light.color.z), blue);
+                alpha = MulAdd(chord, V(over), alpha);
+            }
+            squared ? Add(i, red * red, green * green, blue * blue, alpha * alpha)
+                    : Add(i, red, green, blue, alpha);
+        }
+    }
+
+    void AddSpotLights() {
+        const SpotFrame spots{frame_.spotData,
+                              {frame_.invZoom, frame_.aspectOverDownsampleX, frame_.invDownsampleY,
+                               frame_.width, frame_.height},
+                              frame_.spotScale};
+        for (int light = 0; light < frame_.spotData->count; ++light) {
+            const Groups groups =
+                GroupsOf(light < kKnownColumns ? spot_columns_[light] : SpotColumns(frame_, light, y_));
+            if (groups.end <= groups.first) continue;
+            const bool feathered = frame_.spotLights[light].coneFeather > 0.0;
+            switch (SpotModel{frame_.spotData->model}) {
+                case SpotModel::natural:
+                    feathered ? AddSpot<SpotModel::natural, true>(spots, light, groups)
+                              : AddSpot<SpotModel::natural, false>(spots, light, groups);
+                    break;
+                case SpotModel::distance:
+                    feathered ? AddSpot<SpotModel::distance, true>(spots, light, groups)
+                              : AddSpot<SpotModel::distance, false>(spots, light, groups);
+                    break;
+                case SpotModel::constant:
+                    feathered ? AddSpot<SpotModel::constant, true>(spots, light, groups)
+                              : AddSpot<SpotModel::constant, false>(spots, light, groups);
+                    break;
+                case SpotModel::off:
+                    break;
+            }
+        }
+    }
+
+    template <SpotModel kModel, bool kFeathered>
+    void AddSpot(const SpotFrame& spots, int light, const Groups& groups) {
+        const _VisLightStruct& spot = frame_.spotLights[light];
+        const _OptSpotData& opt = frame_.optSpot[light];
+        const Tint tint = MakeTint(spot.color, spot.intensity);
+        const bool row_in_box = opt.screenTop < y_ && y_ < opt.screenBottom, squared = squared_;
+        const V left(row_in_box ? opt.screenLeft : 1.0), right(row_in_box ? opt.screenRight : 0.0);
+        for (int i = groups.first; i < groups.end; i += kLanes) {
+            const V x = LanesOf<V>::Index() + V(static_cast<double>(first_ + i));
+            const SpotRays<V> rays{x, V(y_), Load(dx_ + i), V(dy_), Load(a_ + i), Load(inv_root_a_ + i)};
+            const V s = SpotScattering<kModel, kFeathered>(spots, spot, opt, rays, (left < x) & (x < right));
+            AddTinted(i, at_least_zero(s), tint, squared);
+        }
+    }
+
+    // Straight colour with alpha; pixels without light keep what the frame was cleared to.
+    template <class Pixel, class Channel, int kBits>
+    void WriteBlock(Pixel* row) {
+        constexpr double kFull = kBits == 8 ? PF_MAX_CHAN8 : PF_MAX_CHAN16;
+        constexpr double kCodes = kBits == 8 ? 256.0 : 65536.0;
+        for (int i = 0; i < count_; i += kLanes) {
+            const V sum = Load(alpha_ + i);
+            const auto has_light = sum > 0.0;
+            if (!any(has_light)) continue;
+            const auto shape = [&](const double* sums) {
+                return ShapeByLook(frame_.look, frame_.invGamma, Load(sums + i));
+            };
+            const V alpha = shape(alpha_);
+            const auto lit = has_light & (alpha != 0.0);  // the power of a small gamma may have lost it
+            const V k = Reciprocal(select(lit, alpha, V(1.0)));
+            const V values[4] = {alpha, shape(red_) * k, shape(green_) * k, shape(blue_) * k};
+            V codes[4];
+            auto usual = lit;
+            for (int c = 0; c < 4; ++c) {
+                codes[c] = Floor(MulAdd(values[c], V(kFull), V(0.5)));
+                usual = usual & (codes[c] >= 0.0) & (codes[c] < kCodes);
+            }
+            std::uint64_t words[kLanes];
+            for (V& code : codes) code = select(usual, code, V(0.0));
+            StorePacked(words, codes[0], codes[1], codes[2], codes[3], kBits);
+            double is_lit[kLanes], is_usual[kLanes];
+            Store(is_lit, select(lit, V(1.0), V(0.0)));
+            Store(is_usual, select(usual, V(1.0), V(0.0)));
+            const int lanes = count_ - i < kLanes ? count_ - i : kLanes;
+            for (int lane = 0; lane < lanes; ++lane) {
+                if (is_lit[lane] == 0.0) continue;
+                Pixel* pixel = row + first_ + i + lane;
+                if (is_usual[lane] != 0.0) {
+                    std::memcpy(pixel, &words[lane], sizeof(Pixel));
+                } else {
+                    double channels[4][kLanes];
+                    for (int c = 0; c < 4; ++c) Store(channels[c], values[c]);
+                    *pixel = {ChannelCode<Channel>(channels[0][lane], kFull),
+                              ChannelCode<Channel>(channels[1][lane], kFull),
+                              ChannelCode<Channel>(channels[2][lane], kFull),
+                              ChannelCode<Channel>(channels[3][lane], kFull)};
+                }
+            }
+        }
+    }
+
+    const _RenderData& frame_;
+    A_long y_;
+    double dy_;
+    bool squared_, spots_on_;
+    int first_ = 0, count_ = 0;  // of the block, pixels
+    Columns spot_columns_[kKnownColumns];
+    // Rays (dx, dy, 1) of the block with a = |ray|^2, and the sums of light.
+    alignas(64) double dx_[kBlock];
+    alignas(64) double a_[kBlock];
+    alignas(64) double inv_root_a_[kBlock];
+    alignas(64) double red_[kBlock];
+    alignas(64) double green_[kBlock];
+    alignas(64) double blue_[kBlock];
+    alignas(64) double alpha_[kBlock];
+    // Between the loops of a natural point light.
+    alignas(64) double rho_[kBlock];
+    alignas(64) double inv_rho_[kBlock];
+    alignas(64) double quotient_[kBlock];
+};
+
+}  // namespace zam

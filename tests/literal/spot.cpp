@@ -1,0 +1,91 @@
+// A spot's scattering value: the stretches of its cones, and the chosen model's integrals over them.
+#include <algorithm>
+
+#include "tests/literal/formulas.h"
+
+namespace zam::literal {
+namespace {
+
+double NumberOrZero(double v) { return v == v ? v : 0.0; }
+
+// Below zero, and for a not-a-number, zero.
+double AtLeastZero(double v) { return v > 0.0 ? v : 0.0; }
+
+// main and the pieces of the feather: before and behind the inner cone, or all of the outer cone where the inner
+// one gives nothing. `inner` and `outer` are the stretches of the two cones.
+template <class Feather>
+double AddFeather(double main, Stretch inner, Stretch outer, Feather feather) {
+    double sum = main;
+    if (main > 0.0) {
+        if (inner.near - outer.near > 0.0) sum += AtLeastZero(feather(outer.near, inner.near));
+        if (outer.far - inner.far > 0.0) sum += AtLeastZero(feather(inner.far, outer.far));
+    } else if (outer.length() > 0.0) {
+        sum += AtLeastZero(feather(outer.near, outer.far));
+    }
+    return sum;
+}
+
+}  // namespace
+
+double SpotScattering(const Maths& maths, const View& view, const _LightData& spots,
+                      const _VisLightStruct& light, const _OptSpotData& opt, double spotScale, int x, int y,
+                      const Ray& ray, RayOpt* ray_opt) {
+    ray_opt->rayDotAxis = ray.x * light.dir.x + ray.y * light.dir.y + light.dir.z;
+    if (ray_opt->rayDotAxis != 0.0) ray_opt->invRayDotAxis = 1.0 / ray_opt->rayDotAxis;
+    ray_opt->rayDotPos = ray.x * light.pos.x + ray.y * light.pos.y + light.pos.z;
+
+    const bool feathered = light.coneFeather > 0.0;
+    Stretch inner =
+        IntersectRayWithCone(maths, spots, light, opt, *ray_opt, ray, opt.coneCInner, opt.cosInnerSq);
+    Stretch outer;
+    if (feathered) {
+        outer = IntersectRayWithCone(maths, spots, light, opt, *ray_opt, ray, opt.coneCOuter, opt.cosOuterSq);
+    }
+
+    const SpotModel model{spots.model};
+    if (model == SpotModel::constant) {
+        double length = std::max(0.0, inner.length());
+        if (feathered) {
+            length = AddFeather(length, inner, outer, [&](double t0, double t1) {
+                return IntegrateConstConeF(maths, light, opt, ray, t0, t1);
+            });
+        }
+        if (!(length > 0.0)) return 0.0;
+        return length /
+               std::max(400.0 * maths.tan(light.coneAngle * 0.5), 200.0 * maths.cos(light.coneAngle * 0.5));
+    }
+    if (model == SpotModel::natural) {
+        const bool in_box =
+            opt.screenLeft < x && x < opt.screenRight && opt.screenTop < y && y < opt.screenBottom;
+        if (in_box) {
+            inner = RefineIntersection(maths, view, spots, light, opt, inner, x, y, 1.0, opt.coneCInner,
+                                       opt.cosInnerSq);
+            if (feathered) {
+                outer = RefineIntersection(maths, view, spots, light, opt, outer, x, y, 1.0, opt.coneCOuter,
+                                           opt.cosOuterSq);
+            }
+        }
+        double main = 0.0;
+        if (inner.length() > 0.0) {
+            main =
+                NumberOrZero(spotScale * IntegrateNatural(maths, opt, *ray_opt, ray, inner.near, inner.far));
+        }
+        if (!feathered) return main;
+        return AddFeather(main, inner, outer, [&](double t0, double t1) {
+            return spotScale * IntegrateNaturalConeF(maths, opt, *ray_opt, ray, t0, t1);
+        });
+    }
+    if (model == SpotModel::distance) {
+        double main = 0.0;
+        if (inner.length() > 0.0) {
+            main = NumberOrZero(IntegrateDistance(maths, light, opt, ray, inner.near, inner.far));
+        }
+        if (!feathered) return main;
+        return AddFeather(main, inner, outer, [&](double t0, double t1) {
+            return IntegrateDistanceConeF(maths, light, opt, ray, t0, t1);
+        });
+    }
+    return 0.0;
+}
+
+}  // namespace zam::literal
