@@ -69,16 +69,20 @@ Scene FourPoints(bool with_outside_spots) {
     return scene;
 }
 
-Scene SpheresAroundTheCamera(int count, Look look) {
+Scene SphereAroundTheCamera(Look look) {
     test::Random random(5);
     Scene scene;
     scene.look = look;
     scene.points.model = static_cast<std::int32_t>(PointModel::radius);
-    for (int i = 0; i < count; ++i) {
-        _VisLightStruct light = literal::RandomPoint(random);
-        light.radius = 6000.0;
-        light.intensity = 0.1;
-        scene.point_lights.push_back(light);
+    literal::AddPoints(random, 1, &scene);
+    scene.point_lights[0].radius = 6000.0;
+    scene.point_lights[0].intensity = 0.5;
+    return scene;
+}
+
+Scene Dark(Scene scene) {
+    for (auto* lights : {&scene.point_lights, &scene.spot_lights}) {
+        for (_VisLightStruct& light : *lights) light.intensity = light.sourceIntensity = 0.0;
     }
     return scene;
 }

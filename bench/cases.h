@@ -22,7 +22,11 @@ literal::Scene MixedScene(int points, int spots);
 // Four point lights alone, and with 64 spot lights outside the picture.
 literal::Scene FourPoints(bool with_outside_spots);
 
-// Spheres around the camera: all pixels are lit, none in full, at the least cost per light.
-literal::Scene SpheresAroundTheCamera(int count, Look look);
+// A sphere around the camera: all pixels are lit, none in full.
+literal::Scene SphereAroundTheCamera(Look look);
+
+// The scene with lights of strength 0: they cost what they cost, but leave nothing to finish. No target looks at a
+// light's strength before it has computed its light.
+literal::Scene Dark(literal::Scene scene);
 
 }  // namespace zam::bench

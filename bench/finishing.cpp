@@ -8,25 +8,45 @@
 namespace zam::bench {
 namespace {
 
-constexpr int kMany = 9;
-
-// No target lets the pass be called alone, and pixels without light skip it. So rows are timed with one light and
-// with kMany equal ones, and what a light adds is taken off the rows with one: what remains is a row with a light
-// that costs nothing. It still holds the ray's set-up.
-std::vector<double> WithoutLights(const Timing& one, const Timing& many) {
+// No target lets the pass be called alone. Rows are timed with a light, and with the same light at strength 0,
+// which leaves all pixels as they are; the pass is the difference.
+std::vector<double> Differences(const Timing& lit, const Timing& dark) {
     std::vector<double> rest;
-    for (std::size_t i = 0; i < one.cpu.size(); ++i) {
-        rest.push_back(one.cpu[i] - (many.cpu[i] - one.cpu[i]) / (kMany - 1));
-    }
+    for (std::size_t i = 0; i < lit.cpu.size(); ++i) rest.push_back(lit.cpu[i] - dark.cpu[i]);
     return rest;
+}
+
+void BenchLook(const std::string& name, Look look, int rounds, Report* report) {
+    const std::vector<Variant> variants = LiteralAndTargets();
+    literal::Scene scene = SphereAroundTheCamera(look);
+    scene.gamma = 2.2;
+    const Rows lit(scene, 48), dark(Dark(scene), 48);
+    std::vector<std::function<void()>> bodies;
+    for (const Variant& variant : variants) {
+        bodies.push_back([&] { lit.Render(variant); });
+        bodies.push_back([&] { dark.Render(variant); });
+    }
+    const std::vector<Timing> timings = Interleave(bodies, rounds, 0.008);
+
+    std::printf("\n%s\n", name.c_str());
+    const std::vector<double> literal_pass = Differences(timings[0], timings[1]);
+    for (std::size_t i = 0; i < variants.size(); ++i) {
+        const std::vector<double> pass = Differences(timings[2 * i], timings[2 * i + 1]);
+        const Spread ns = Scaled(pass, 1e9 / lit.pixels()), times = Ratio(literal_pass, pass);
+        std::printf("  %-10s %s", variants[i].name.c_str(), Text(ns, 2).c_str());
+        report->Add(name, variants[i].name, "ns per pixel", ns);
+        if (i > 0) {
+            std::printf(" %s", Text(times, 1).c_str());
+            report->Add(name, variants[i].name, kTimesLiteral, times);
+        }
+        std::printf("\n");
+    }
+    std::fflush(stdout);
 }
 
 }  // namespace
 
 void BenchFinishing(const Options& options, Report* report) {
-    PrintHeading("Finishing pass",
-                 "ns per pixel, 16 bits, every pixel lit: rows with one sphere around the camera, less what "
-                 "each of\neight more spheres adds.");
     const struct {
         const char* name;
         Look look;
@@ -34,32 +54,17 @@ void BenchFinishing(const Options& options, Report* report) {
                  {"finishing Linear", Look::linear},
                  {"finishing Adjustable Linear", Look::adjustable_linear},
                  {"finishing Adjustable Natural", Look::adjustable_natural}};
-    const std::vector<Variant> variants = LiteralAndTargets();
+    bool heading = false;
     for (const auto& look : looks) {
         if (!options.Wants(look.name)) continue;
-        literal::Scene few = SpheresAroundTheCamera(1, look.look),
-                       more = SpheresAroundTheCamera(kMany, look.look);
-        few.gamma = more.gamma = 2.2;
-        const Rows one(few, 48), many(more, 48);
-        std::vector<std::function<void()>> bodies;
-        for (const Variant& variant : variants) {
-            bodies.push_back([&] { one.Render(variant); });
-            bodies.push_back([&] { many.Render(variant); });
+        if (!heading) {
+            PrintHeading(
+                "Finishing pass",
+                "16 bits, every pixel lit: rows with one light less the same rows with its strength at "
+                "0. ns per pixel, x literal.");
         }
-        const std::vector<Timing> timings = Interleave(bodies, options.rounds, 0.008);
-
-        std::printf("\n%s\n", look.name);
-        const std::vector<double> literal_rest = WithoutLights(timings[0], timings[1]);
-        for (std::size_t i = 0; i < variants.size(); ++i) {
-            const std::vector<double> rest = WithoutLights(timings[2 * i], timings[2 * i + 1]);
-            const Spread ns = Scaled(rest, 1e9 / one.pixels()), times = Ratio(literal_rest, rest);
-            std::printf("  %-10s %s ns", variants[i].name.c_str(), Text(ns, 2).c_str());
-            if (i > 0) std::printf("   x literal %s", Text(times, 1).c_str());
-            std::printf("\n");
-            report->Add(look.name, variants[i].name, "ns per pixel", ns);
-            if (i > 0) report->Add(look.name, variants[i].name, kTimesLiteral, times);
-        }
-        std::fflush(stdout);
+        heading = true;
+        BenchLook(look.name, look.look, options.rounds, report);
     }
 }
 

@@ -25,7 +25,7 @@ std::vector<FrameCase> FrameCases(bool quick) {
     for (const A_long width : widths) {
         const A_long height = width * 9 / 16;
         for (const int lights : {1, 8, 64}) {
-            cases.push_back({"frame " + Size(width, height) + " " + std::to_string(lights) + " lights",
+            cases.push_back({"frame " + Size(width, height) + " " + std::to_string(lights) + " mixed",
                              literal::Resized(MixedScene((lights + 1) / 2, lights / 2), width, height),
                              lights});
         }
@@ -73,7 +73,7 @@ void PrintFrame(const FrameCase& c, const Rows& rows, const Timing* all, Report*
 void PrintGrowth(const Report& report) {
     std::printf(
         "\nGrowth with the number of lights, 1920x1080, one thread: 8 and 64 lights in units of one\n");
-    for (const char* kind : {"lights", "points", "spots"}) {
+    for (const char* kind : {"mixed", "points", "spots"}) {
         for (const Variant& variant : LiteralAndTargets()) {
             const auto ms = [&](const char* count) {
                 const Record* r =
@@ -87,18 +87,38 @@ void PrintGrowth(const Report& report) {
     }
 }
 
+// ns per pixel of the same picture at all sizes.
+void PrintSizes(const Report& report) {
+    if (!report.Find("frame 480x270 8 mixed", "literal", "ms")) return;
+    std::printf("\nns per pixel at 480x270, 960x540, 1920x1080, 3840x2160, one thread\n");
+    for (const char* lights : {"1", "8", "64"}) {
+        for (const Variant& variant : LiteralAndTargets()) {
+            std::printf("  %2s mixed %-10s", lights, variant.name.c_str());
+            for (const char* size : {"480x270", "960x540", "1920x1080", "3840x2160"}) {
+                const Record* r = report.Find(std::string("frame ") + size + " " + lights + " mixed",
+                                              variant.name, "ns per pixel");
+                std::printf(" %9.2f", r ? r->value.median : 0.0);
+            }
+            std::printf("\n");
+        }
+    }
+}
+
 }  // namespace
 
 void BenchFrames(const Options& options, Report* report) {
+    std::vector<FrameCase> cases = FrameCases(options.quick);
+    std::erase_if(cases, [&](const FrameCase& c) { return !options.Wants(c.name); });
+    if (cases.empty()) return;
     PrintHeading(
         "Frames",
-        "Half point, half spot lights, both \"Natural\", feather 50 %, look Natural, 16 bits, finishing "
+        "Mixed: half point, half spot lights. All \"Natural\", feather 50 %, look Natural, 16 bits, "
+        "finishing "
         "included, clearing not.\nms per frame on one and on two threads (wall time; from the rows "
         "that were rendered), their ratio, ns per\npixel (one thread's CPU time), x literal of that.");
     const std::vector<Variant> variants = LiteralAndTargets();
     host::RowPool two(2);
-    for (const FrameCase& c : FrameCases(options.quick)) {
-        if (!options.Wants(c.name)) continue;
+    for (const FrameCase& c : cases) {
         const Rows rows(c.scene, RowsOf(c, options.quick));
         std::vector<std::function<void()>> bodies;
         for (const Variant& variant : variants) {
@@ -113,6 +133,7 @@ void BenchFrames(const Options& options, Report* report) {
         PrintFrame(c, rows, Interleave(bodies, options.quick ? 3 : 7, 0.005).data(), report);
         std::fflush(stdout);
     }
+    PrintSizes(*report);
     PrintGrowth(*report);
 }
 

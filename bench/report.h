@@ -13,7 +13,11 @@ struct Record {
     Spread value;
 };
 
+// Metrics that more than one part asks for. "Alone": without the finishing pass.
+inline constexpr char kNsPerLight[] = "ns per pixel and light";
+inline constexpr char kNsPerLightAlone[] = "ns per pixel and light, alone";
 inline constexpr char kTimesLiteral[] = "x literal";
+inline constexpr char kTimesLiteralAlone[] = "x literal, alone";
 inline constexpr char kTimesOneThread[] = "x one thread";
 inline constexpr char kTimesWithout[] = "x without them";
 

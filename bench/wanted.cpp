@@ -26,19 +26,18 @@ constexpr Wanted kWanted[] = {
     {"finishing Natural", kTimesLiteral, 5, 3},
     {"finishing Adjustable Linear", kTimesLiteral, 4, 2.5},
     {"finishing Adjustable Natural", kTimesLiteral, 4, 2.5},
-    {"frame 1920x1080 8 lights", kTimesLiteral, 12, 6.8},
+    {"frame 1920x1080 8 mixed", kTimesLiteral, 12, 6.8},
     {"frame 1920x1080 64 points", kTimesLiteral, 12, 0},
     {"frame 1920x1080 64 spots", kTimesLiteral, 17, 0},
-    {"frame 1920x1080 8 lights", kTimesOneThread, 1.85, 1.85},
+    {"frame 1920x1080 8 mixed", kTimesOneThread, 1.85, 1.85},
     {"4 points with 64 spots outside", kTimesWithout, 2.3, 0, true},
 };
 
 }  // namespace
 
 void PrintWanted(const Report& report) {
-    PrintHeading("Wanted ratios", "Medians of this run beside what is wanted; only a quiet machine decides.");
-    std::printf("\n  %-42s %-15s %-10s %8s   %s\n", "case", "ratio", "target", "wanted", "measured");
-    int missed = 0, shown = 0;
+    std::string rows;
+    int reached = 0, shown = 0;
     for (const Wanted& wanted : kWanted) {
         for (const Variant& target : Targets()) {
             const double goal = target.lanes == 8   ? wanted.eight_lanes
@@ -46,15 +45,24 @@ void PrintWanted(const Report& report) {
                                                     : 0.0;
             const Record* record = report.Find(wanted.name, target.name, wanted.metric);
             if (goal == 0.0 || !record) continue;
-            const bool reached = wanted.at_most ? record->value.median <= goal : record->value.median >= goal;
-            std::printf("  %-42s %-15s %-10s %s %5.1f   %s %s\n", wanted.name, wanted.metric,
-                        target.name.c_str(), wanted.at_most ? "<=" : ">=", goal,
-                        Text(record->value, 2).c_str(), reached ? "" : "missed");
+            const double measured = record->value.median;
+            const bool good = wanted.at_most ? measured <= goal : measured >= goal;
+            const Record* alone = report.Find(wanted.name, target.name, kTimesLiteralAlone);
+            char line[200];
+            std::snprintf(line, sizeof line, "  %-42s %-15s %-8s %s %5.2f   %s %-7s", wanted.name,
+                          wanted.metric, target.name.c_str(), wanted.at_most ? "<=" : ">=", goal,
+                          Text(record->value, 2).c_str(), good ? "" : "missed");
+            rows += line;
+            if (alone) rows += Text(alone->value, 2);
+            rows += "\n";
             ++shown;
-            missed += !reached;
+            reached += good;
         }
     }
-    std::printf("  %d of %d reached\n", shown - missed, shown);
+    if (shown == 0) return;
+    PrintHeading("Wanted ratios", "Medians of this run beside what is wanted; only a quiet machine decides.");
+    std::printf("\n  %-42s %-15s %-8s %8s   %-34s %s\n%s  %d of %d reached\n", "case", "ratio", "target",
+                "wanted", "   measured", "   alone", rows.c_str(), reached, shown);
 }
 
 }  // namespace zam::bench

@@ -32,7 +32,7 @@ Spread Throughput(double (*loop)(int), int rounds) {
 void PrintDistance(const std::string& name, const LimitLoops& loops, Spread root, Spread division,
                    Spread multiply_add, const Report& report) {
     for (const Variant& target : Targets()) {
-        const Record* record = report.Find(name, target.name, "ns per pixel and light");
+        const Record* record = report.Find(name, target.name, kNsPerLightAlone);
         if (target.lanes != loops.lanes || !record) continue;
         const double ns = record->value.median * target.lanes;
         std::printf("  %-42s %-10s %8.2f %10.1f %10.1f %10.1f\n", name.c_str(), target.name.c_str(), ns,
@@ -44,10 +44,9 @@ void PrintDistance(const std::string& name, const LimitLoops& loops, Spread root
 
 void BenchLimits(const Options& options, Report* report) {
     if (!options.Wants("limits")) return;
-    PrintHeading(
-        "Limits of the machine",
-        "ns per vector operation, many at a time; one thread. Multiply-add is fused where the machine "
-        "can.");
+    PrintHeading("Limits of the machine",
+                 "ns per vector operation, many at a time; one thread. Multiply-add is fused on "
+                 "vectors.");
     std::printf("\n  %-10s %-28s %-28s %s\n", "doubles", "square root", "division", "multiply-add");
     struct Measured {
         LimitLoops loops;

@@ -37,7 +37,7 @@ double Turns(int turns, Operation operation) {
     V v[kOperations];
     for (int i = 0; i < kOperations; ++i) v[i] = Fill(1.1 + 0.01 * i);
     for (int turn = 0; turn < turns; ++turn) {
-#pragma GCC unroll 16
+#pragma GCC unroll 12
         for (int i = 0; i < kOperations; ++i) v[i] = operation(v[i]);
     }
     double sum = 0.0;
@@ -50,8 +50,8 @@ double SquareRoots(int turns) {
     return Turns(turns, [c](V v) { return Root(v + c); });
 }
 double Divisions(int turns) {
-    const V c = Fill(1.7);
-    return Turns(turns, [c](V v) { return c / v; });
+    const V c = Fill(1.7), d = Fill(0.3);
+    return Turns(turns, [c, d](V v) { return c / (v + d); });
 }
 double MultiplyAdds(int turns) {
     const V c = Fill(0.999), d = Fill(0.0013);

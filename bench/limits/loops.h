@@ -3,7 +3,7 @@
 
 namespace zam::bench {
 
-inline constexpr int kOperations = 16;  // vector operations per turn of a loop, none waiting for another
+inline constexpr int kOperations = 12;  // vector operations per turn of a loop, none waiting for another
 
 struct LimitLoops {
     int lanes;

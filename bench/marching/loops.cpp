@@ -5,7 +5,7 @@
 
 // Steps are added side by side, as many as the machine's vectors hold.
 #if defined(ZAM_BENCH_X86)
-#define ZAM_WIDEST __attribute__((target_clones("arch=skylake-avx512", "arch=haswell", "default"), flatten))
+#define ZAM_WIDEST __attribute__((target_clones("arch=x86-64-v4", "arch=x86-64-v3", "default"), flatten))
 #else
 #define ZAM_WIDEST
 #endif

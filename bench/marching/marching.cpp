@@ -13,7 +13,7 @@ namespace zam::bench {
 namespace {
 
 constexpr A_long kWidth = 64, kHeight = 36;
-constexpr double kTail = 4.0;        // a point's march ends at so many times its depth
+constexpr double kTail = 8.0;        // a point's march ends at so many times its depth
 constexpr double kFaintest = 0.001;  // of the brightest pixel; fainter ones have no say in the error
 
 // One kind's lights: the light of a pixel by the closed form and by steps.
@@ -102,7 +102,7 @@ double MeanRelativeError(const std::vector<double>& marched, const std::vector<d
 void MarchCase(const Case& c, const Options& options, Report* report) {
     const Marched marched(literal::Resized(c.scene, kWidth, kHeight));
     const std::vector<double> exact = marched.Exact();
-    const Rows rows(literal::Resized(c.scene, 960, 540), 24);
+    const Rows rows(literal::Resized(Dark(c.scene), 960, 540), 24);  // nothing to finish here either
     std::vector<double> out;
     out.reserve(exact.size());
 
@@ -130,7 +130,7 @@ void MarchCase(const Case& c, const Options& options, Report* report) {
                     ns.median / (Scaled(timings[0].cpu, 1e9 / per_light[0]).median));
         if (i >= 2) std::printf("  error %.2f %%", 100 * errors[i]);
         std::printf("\n");
-        report->Add("marching: " + c.name, names[i], "ns per pixel and light", ns);
+        report->Add("marching: " + c.name, names[i], kNsPerLight, ns);
         if (i >= 2) {
             report->Add("marching: " + c.name, names[i], "mean relative error",
                         {errors[i], errors[i], errors[i]});
@@ -144,7 +144,7 @@ void BenchMarching(const Options& options, Report* report) {
     if (!options.Wants("marching")) return;
     PrintHeading(
         "Marching beside the closed form",
-        "Equal steps, each taken at its middle, added on the widest vectors; points up to 4 times their "
+        "Equal steps, each taken at its middle, added on the widest vectors; points up to 8 times their "
         "depth, spots\nover the depths that their reach can touch. ns per pixel and light, in units of "
         "the chosen target's rows,\nmean relative error where there is light.");
     for (const Case& c : LightCases()) {

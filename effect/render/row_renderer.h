@@ -184,7 +184,7 @@ class RowRenderer {
     }
 
     void AddSpotLights() {
-        const SpotFrame spots{frame_.spotData,
+        const SpotFrame spots{*frame_.spotData,
                               {frame_.invZoom, frame_.aspectOverDownsampleX, frame_.invDownsampleY,
                                frame_.width, frame_.height},
                               frame_.spotScale};
@@ -214,8 +214,9 @@ class RowRenderer {
 
     template <SpotModel kModel, bool kFeathered>
     void AddSpot(const SpotFrame& spots, int light, const Groups& groups) {
-        const _VisLightStruct& spot = frame_.spotLights[light];
-        const _OptSpotData& opt = frame_.optSpot[light];
+        // Copies: the compiler then knows that writing sums does not change them.
+        const _VisLightStruct spot = frame_.spotLights[light];
+        const _OptSpotData opt = frame_.optSpot[light];
         const Tint tint = MakeTint(spot.color, spot.intensity);
         const bool row_in_box = opt.screenTop < y_ && y_ < opt.screenBottom, squared = squared_;
         const V left(row_in_box ? opt.screenLeft : 1.0), right(row_in_box ? opt.screenRight : 0.0);

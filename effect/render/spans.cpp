@@ -11,21 +11,40 @@ namespace {
 // Rays (dx, dy, 1) with from <= dx <= to; empty when from > to.
 struct Span {
     double from, to;
+    [[nodiscard]] bool empty() const { return !(from <= to); }
 };
 constexpr Span kWholeRow{-1e300, 1e300}, kNothing{1.0, -1.0};
 
-// Where q2 x^2 + q1 x + q0 >= 0, a little widened. Two half lines count as the whole row.
-Span WhereNotNegative(double q2, double q1, double q0) {
-    if (!(q2 < 0.0)) return kWholeRow;
-    const double products = std::fabs(q2 * q0) * 4.0 + q1 * q1;
-    const double discriminant = q1 * q1 - 4.0 * q2 * q0 + 1e-9 * products;  // what rounding may have taken
-    if (discriminant < 0.0) return kNothing;
-    if (!(discriminant < 1e300)) return kWholeRow;
-    const double root = std::sqrt(discriminant);
-    return {(root - q1) / (2.0 * q2), (-root - q1) / (2.0 * q2)};
+Span Intersect(const Span& a, const Span& b) { return {std::max(a.from, b.from), std::min(a.to, b.to)}; }
+Span Hull(const Span& a, const Span& b) {
+    if (a.empty()) return b;
+    if (b.empty()) return a;
+    return {std::min(a.from, b.from), std::max(a.to, b.to)};
 }
 
-Span Intersect(const Span& a, const Span& b) { return {std::max(a.from, b.from), std::min(a.to, b.to)}; }
+struct Quadratic {  // q2 x^2 + q1 x + q0
+    double q2, q1, q0;
+    double operator()(double x) const { return (q2 * x + q1) * x + q0; }
+};
+
+// Where a quadratic is not negative, a little widened: one span, or two half lines.
+struct Spans {
+    Span left, right;
+};
+Spans WhereNotNegative(const Quadratic& q) {
+    const double products = std::fabs(q.q2 * q.q0) * 4.0 + q.q1 * q.q1;
+    const double room = 1e-9 * products;  // what rounding may have taken
+    const double discriminant = q.q1 * q.q1 - 4.0 * q.q2 * q.q0;
+    if (!(products < 1e300)) return {kWholeRow, kNothing};
+    if (q.q2 < 0.0) {
+        if (discriminant + room < 0.0) return {kNothing, kNothing};
+        const double root = std::sqrt(std::max(discriminant, 0.0) + room);
+        return {{(root - q.q1) / (2.0 * q.q2), (-root - q.q1) / (2.0 * q.q2)}, kNothing};
+    }
+    if (!(q.q2 > 0.0) || discriminant - room <= 0.0) return {kWholeRow, kNothing};
+    const double root = std::sqrt(discriminant - room);
+    return {{kWholeRow.from, (-q.q1 - root) / (2.0 * q.q2)}, {(-q.q1 + root) / (2.0 * q.q2), kWholeRow.to}};
+}
 
 double RayX(const _RenderData& frame, double x) {
     return (x - frame.width * 0.5) * frame.aspectOverDownsampleX * frame.invZoom;
@@ -36,7 +55,7 @@ double RayY(const _RenderData& frame, double y) {
 
 // The columns of a span and one more on either side.
 Columns ToColumns(const _RenderData& frame, const Span& span) {
-    if (!(span.from <= span.to)) return {0, 0};
+    if (span.empty()) return {0, 0};
     const double per_column = frame.aspectOverDownsampleX * frame.invZoom;
     if (per_column == 0.0) return {0, frame.width};
     double from = span.from / per_column + frame.width * 0.5, to = span.to / per_column + frame.width * 0.5;
@@ -52,20 +71,54 @@ Span InSphere(const Vec3& c, double radius, double dy) {
     if (!(outside > 0.0)) return kWholeRow;    // the camera is inside
     if (c.z + radius <= 0.0) return kNothing;  // all of it is behind
     const double rest = dy * c.y + c.z, a0 = dy * dy + 1.0;
-    return WhereNotNegative(c.x * c.x - outside, 2.0 * c.x * rest, rest * rest - a0 * outside);
+    const Spans spans = WhereNotNegative({c.x * c.x - outside, 2.0 * c.x * rest, rest * rest - a0 * outside});
+    return Hull(spans.left, spans.right);
 }
 
-// B^2 - A C >= 0 for the widest cone of the light, with room for the thresholds of the intersection.
-Span InDoubleCone(const _VisLightStruct& light, const _OptSpotData& opt, double dy) {
-    const bool feathered = light.coneFeather > 0.0;
-    const double cos_sq = feathered ? opt.cosOuterSq : opt.cosInnerSq;
-    const double c = feathered ? opt.coneCOuter : opt.coneCInner;
-    const Vec3 &p = light.pos, &d = light.dir;
-    const double k0 = dy * d.y + d.z, r0 = dy * p.y + p.z, a0 = dy * dy + 1.0;
-    const double b1 = cos_sq * p.x - d.x * opt.axisDotPos, b0 = cos_sq * r0 - k0 * opt.axisDotPos;
-    const double margin = 2.0 * kConeEps * (1.0 + std::fabs(c));
-    return WhereNotNegative(b1 * b1 - c * (d.x * d.x - cos_sq), 2.0 * (b1 * b0 - c * d.x * k0),
-                            b0 * b0 - c * (k0 * k0 - cos_sq * a0) + margin);
+// The double cone of a light along a row, as in cone.h: k = d.x dx + k0, A = k^2 - c r.r, B and D.
+struct RowCone {
+    double k1, k0, apex_depth;
+    double b1, b0;
+    Quadratic a, discriminant;
+
+    RowCone(const _VisLightStruct& light, const _OptSpotData& opt, double dy) {
+        const bool feathered = light.coneFeather > 0.0;
+        const double cos_sq = feathered ? opt.cosOuterSq : opt.cosInnerSq;
+        const double c = feathered ? opt.coneCOuter : opt.coneCInner;
+        const double r0 = dy * light.pos.y + light.pos.z, a0 = dy * dy + 1.0;
+        apex_depth = opt.axisDotPos;
+        k1 = light.dir.x;
+        k0 = dy * light.dir.y + light.dir.z;
+        b1 = cos_sq * light.pos.x - k1 * apex_depth;
+        b0 = cos_sq * r0 - k0 * apex_depth;
+        a = {k1 * k1 - cos_sq, 2.0 * k1 * k0, k0 * k0 - cos_sq * a0};
+        const double room = 2.0 * kConeEps * (1.0 + std::fabs(c));  // for the thresholds of the intersection
+        discriminant = {b1 * b1 - c * a.q2, 2.0 * b1 * b0 - c * a.q1, b0 * b0 - c * a.q0 + room};
+    }
+
+    // Are all rays of the span steeper than the cone's side, so that both roots are on one nappe?
+    [[nodiscard]] bool IsSteep(const Span& span) const {
+        const double limit = -1e-3;  // well clear of rays parallel to a generator
+        if (!(a(span.from) < limit && a(span.to) < limit)) return false;
+        const double top = a.q2 < 0.0 ? -a.q1 / (2.0 * a.q2) : span.from;
+        return !(span.from < top && top < span.to) || a(top) < limit;
+    }
+    // Does the span meet nothing but the nappe behind the apex? Which nappe it is does not change within a span.
+    [[nodiscard]] bool IsBehindApex(const Span& span) const {
+        if (span.empty() || !IsSteep(span)) return false;
+        const double x = 0.5 * (span.from + span.to), k = k1 * x + k0;
+        const double depth = -(b1 * x + b0) / a(x) * k - apex_depth;
+        return depth < -1e-6 * (1.0 + std::fabs(apex_depth));
+    }
+};
+
+// Rays of `within`, a finite span, that the forward cone may be met by.
+Span InCone(const RowCone& cone, const Span& within) {
+    const Spans spans = WhereNotNegative(cone.discriminant);
+    Span left = Intersect(spans.left, within), right = Intersect(spans.right, within);
+    if (cone.IsBehindApex(left)) left = kNothing;
+    if (cone.IsBehindApex(right)) right = kNothing;
+    return Hull(left, right);
 }
 
 // Is some pixel's ray exactly across the axis? There the caps cut nothing.
@@ -87,11 +140,12 @@ Columns SpotColumns(const _RenderData& frame, int light, A_long y) {
     const _VisLightStruct& spot = frame.spotLights[light];
     const _OptSpotData& opt = frame.optSpot[light];
     const double dy = RayY(frame, y);
-    Span span = kWholeRow;
+    const double first = RayX(frame, 0.0), last = RayX(frame, frame.width);
+    Span span{std::min(first, last), std::max(first, last)};
     if (opt.boundRadius >= 0.0 && !HasRayAcross(frame, spot.dir, dy)) {
-        span = InSphere(opt.boundCentre, opt.boundRadius, dy);
+        span = Intersect(span, InSphere(opt.boundCentre, opt.boundRadius, dy));
     }
-    if (span.from <= span.to) span = Intersect(span, InDoubleCone(spot, opt, dy));
+    if (!span.empty()) span = InCone(RowCone(spot, opt, dy), span);
     Columns columns = ToColumns(frame, span);
     // Samples beside a pixel of the screen box may hit where its own ray does not.
     if (opt.screenTop < y && y < opt.screenBottom) {

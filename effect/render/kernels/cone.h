@@ -24,7 +24,7 @@ template <class V>
     _RayOpt<V> ray;
     ray.rayDotAxis = rx * light.dir.x + ry * light.dir.y + rz * light.dir.z;
     ray.invRayDotAxis = Reciprocal(select(ray.rayDotAxis != 0.0, ray.rayDotAxis, V(1.0)));
-    ray.rayDotPos = rx * light.pos.x + ry * light.pos.y + rz * light.pos.z;
+    ray.rayDotPos = MulAdd(rx, V(light.pos.x), MulAdd(ry, V(light.pos.y), rz * light.pos.z));
     return ray;
 }
 
@@ -82,24 +82,19 @@ template <class V>
     const auto along = k > 0.0;
     auto miss = caps.miss;
 
-    // Depth of x(t) beyond the apex along the axis.
-    const auto beyond_apex = [&](V t) {
-        return (t * rx - light.pos.x) * light.dir.x + (t * ry - light.pos.y) * light.dir.y +
-               (t * rz - light.pos.z) * light.dir.z;
-    };
-
-    const V A = k * k - cosSq * rr;
-    const V B = cosSq * ray.rayDotPos - k * opt.axisDotPos;
+    const V apex_depth(opt.axisDotPos);
+    const V A = NegMulAdd(V(cosSq), rr, k * k);
+    const V B = NegMulAdd(k, apex_depth, cosSq * ray.rayDotPos);
     const V C(coneC);
     const auto parallel = Abs(A) <= kConeEps;
-    const V D = B * B - A * C;
+    const V D = NegMulAdd(A, C, B * B);
 
     // Two roots: the stretch between them, or from the one on the forward nappe on (k > 0) or up to it (k <= 0).
     const auto two = (!parallel) & (D > kConeEps);
     const V w = Root(select(two, D, V(1.0)));
     const V inv_a = Reciprocal(select(parallel, V(1.0), A));
     const V ta = (-B - w) * inv_a, tb = (w - B) * inv_a;
-    const auto fa = beyond_apex(ta) >= 0.0, fb = beyond_apex(tb) >= 0.0;
+    const auto fa = ta * k >= apex_depth, fb = tb * k >= apex_depth;
     const auto both = fa & fb, neither = (!fa) & (!fb);
     const V one = select(fa, ta, tb);
     V near = select(both, larger(lo, smaller(ta, tb)), select(along, larger(lo, one), lo));
@@ -128,7 +123,7 @@ template <class V>
         const auto single = parallel & !no_slope;
         const auto on_cone = no_slope & (Abs(C) < kConeEps);
         const V root = C * -0.5 / select(single, B, V(1.0));
-        miss = miss | (single & !(beyond_apex(root) > 0.0));
+        miss = miss | (single & !(root * k > apex_depth));
         near = select(single, select(along, larger(lo, root), lo), select(parallel, lo, near));
         far = select(single, select(along, hi, smaller(hi, root)),
                      select(on_cone, hi, select(no_slope, zero, far)));

@@ -42,7 +42,12 @@ template <class V>
 [[gnu::always_inline]] inline FogRay<V> MakeFogRay(V a, V inv_root_a, const _RayOpt<V>& ray,
                                                    const _OptSpotData& cone, double softening) {
     const V k = ray.rayDotAxis, rp = ray.rayDotPos;
-    return {a, inv_root_a, k, rp, rp * k - a * cone.axisDotPos, a * (cone.distSq + softening) - rp * rp};
+    return {a,
+            inv_root_a,
+            k,
+            rp,
+            NegMulAdd(a, V(cone.axisDotPos), rp * k),
+            NegMulAdd(rp, rp, a * (cone.distSq + softening))};
 }
 
 // One end of a stretch.
@@ -52,15 +57,15 @@ struct FogEnd {
 };
 template <class V>
 [[gnu::always_inline]] inline FogEnd<V> MakeFogEnd(const FogRay<V>& ray, V t) {
-    const V v = ray.a * t - ray.rp;
-    return {t, v, v * v + ray.w2};
+    const V v = MulAdd(ray.a, t, -ray.rp);
+    return {t, v, MulAdd(v, v, ray.w2)};
 }
 
 // (atan(v1 / w) - atan(v0 / w)) for t0 <= t1; w = sqrt(w2).
 template <class V>
 [[gnu::always_inline]] inline V AngleBetween(const FogRay<V>& ray, V w, const FogEnd<V>& from,
                                              const FogEnd<V>& to) {
-    return AngleAbove(ray.a * (to.t - from.t) * w, ray.w2 + from.v * to.v);
+    return AngleAbove(ray.a * (to.t - from.t) * w, MulAdd(from.v, to.v, ray.w2));
 }
 
 // log(g1 / g0); s = sqrt(s2) of both ends.

@@ -8,7 +8,7 @@ namespace zam {
 
 // What all pixels of a frame share of one spot light.
 struct SpotFrame {
-    const _LightData* settings = nullptr;
+    _LightData settings;
     PixelRays rays;
     double spotScale = 0.0;  // strength of the natural model
 };
@@ -123,7 +123,7 @@ struct ConstantLight {
 template <SpotModel kModel, bool kFeathered, class V, class Mask>
 [[gnu::always_inline]] inline V SpotScattering(const SpotFrame& frame, const _VisLightStruct& light,
                                                const _OptSpotData& cone, const SpotRays<V>& r, Mask refine) {
-    const _LightData& spot = *frame.settings;
+    const _LightData& spot = frame.settings;
     const V one(1.0), zero(0.0);
 
     const _RayOpt<V> ray = MakeRayOpt(r.dx, r.dy, one, light);
