@@ -69,20 +69,22 @@ void PrintFrame(const FrameCase& c, const Rows& rows, const Timing* all, Report*
     }
 }
 
-// Milliseconds of 8 and 64 lights in units of one light's.
+// Time per pixel of 8 and 64 lights in units of one light's.
 void PrintGrowth(const Report& report) {
-    std::printf(
-        "\nGrowth with the number of lights, 1920x1080, one thread: 8 and 64 lights in units of one\n");
-    for (const char* kind : {"mixed", "points", "spots"}) {
+    const auto ns = [&](const std::string& lights, const Variant& variant) {
+        const Record* r = report.Find("frame 1920x1080 " + lights, variant.name, "ns per pixel");
+        return r ? r->value.median : 0.0;
+    };
+    bool heading = false;
+    for (const std::string kind : {" mixed", " points", " spots"}) {
         for (const Variant& variant : LiteralAndTargets()) {
-            const auto ms = [&](const char* count) {
-                const Record* r =
-                    report.Find(std::string("frame 1920x1080 ") + count + " " + kind, variant.name, "ms");
-                return r ? r->value.median : 0.0;
-            };
-            if (!(ms("1") > 0.0) || !(ms("64") > 0.0)) continue;
-            std::printf("  %-7s %-10s %8.1f %8.1f\n", kind, variant.name.c_str(), ms("8") / ms("1"),
-                        ms("64") / ms("1"));
+            const double one = ns("1" + kind, variant), most = ns("64" + kind, variant);
+            if (!(one > 0.0) || !(most > 0.0)) continue;
+            if (!heading)
+                std::printf("\nGrowth with the number of lights, 1920x1080: 8 and 64 in units of one\n");
+            heading = true;
+            std::printf("  %-7s %-10s %8.1f %8.1f\n", kind.c_str() + 1, variant.name.c_str(),
+                        ns("8" + kind, variant) / one, most / one);
         }
     }
 }

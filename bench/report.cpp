@@ -55,7 +55,7 @@ std::string Text(Spread value, int digits) {
     std::snprintf(text, sizeof text, "%8.*f (%.*f..%.*f)", digits, value.median, digits, value.low, digits,
                   value.high);
     std::string padded = text;
-    padded.resize(std::max<std::size_t>(padded.size(), 26), ' ');
+    padded.resize(std::max<std::size_t>(padded.size(), 27), ' ');
     return padded;
 }
 

@@ -63,6 +63,12 @@ void PrintWanted(const Report& report) {
     PrintHeading("Wanted ratios", "Medians of this run beside what is wanted; only a quiet machine decides.");
     std::printf("\n  %-42s %-15s %-8s %8s   %-34s %s\n%s  %d of %d reached\n", "case", "ratio", "target",
                 "wanted", "   measured", "   alone", rows.c_str(), reached, shown);
+    const Record* threads = report.Find("frame 1920x1080 8 mixed", "literal", kTimesOneThread);
+    if (threads && threads->value.median < 1.85) {
+        std::printf(
+            "  The machine was not quiet: the literal renderer itself gained x%.2f from a second thread.\n",
+            threads->value.median);
+    }
 }
 
 }  // namespace zam::bench

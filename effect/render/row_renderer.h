@@ -104,45 +104,67 @@ class RowRenderer {
         const _LightData& data = *frame_.pointData;
         const PointSettings settings{PointModel{data.model}, data.softness, data.sourceRadius, frame_.softKSq,
                                      frame_.softKRoot};
-        for (int light = 0; light < data.count; ++light) {
-            const _VisLightStruct& point = frame_.pointLights[light];
-            const _OptPointData& opt = frame_.optPoint[light];
-            switch (settings.model) {
-                case PointModel::natural:
-                    0.25 * opt.softDenominator > kFarSquare* settings.softKSq
-                        ? AddNaturalPoint<true>(point, opt, settings)
-                        : AddNaturalPoint<false>(point, opt, settings);
-                    break;
-                case PointModel::radius:
-                case PointModel::radius_source:
-                case PointModel::source:
-                    AddSpheres(point, opt, settings);
-                    break;
-                case PointModel::off:
-                    break;
+        if (settings.model == PointModel::natural) {
+            for (int light = 0; light < data.count;) {
+                if (light + 2 <= data.count) {
+                    AddNaturalPoints<false, 2>(light, settings);
+                    light += 2;
+                } else {
+                    AddNaturalPoints<false, 1>(light, settings);
+                    ++light;
+                }
             }
+            return;
+        }
+        for (int light = 0; light < data.count; ++light) {
+            AddSpheres(frame_.pointLights[light], frame_.optPoint[light], settings);
         }
     }
 
-    template <bool kFar>
-    void AddNaturalPoint(const _VisLightStruct& light, const _OptPointData& opt,
-                         const PointSettings& settings) {
-        const Tint tint = MakeTint(light.color, light.intensity * settings.softKRoot);
-        const RowDot rp = MakeRowDot(light.pos);
+    template <bool kFar, int kLights>
+    void AddNaturalPoints(int first, const PointSettings& settings) {
+        Tint tint[kLights];
+        RowDot dot[kLights];
+        _OptPointData opt[kLights];
+        for (int n = 0; n < kLights; ++n) {
+            const _VisLightStruct& light = frame_.pointLights[first + n];
+            tint[n] = MakeTint(light.color, light.intensity * settings.softKRoot);
+            dot[n] = MakeRowDot(light.pos);
+            opt[n] = frame_.optPoint[first + n];
+        }
         const bool squared = squared_;
         const int count = count_;
         for (int i = 0; i < count; i += kLanes) {
-            const V rho_sq = NaturalRhoSquare<kFar>(Load(a_ + i), rp(Load(dx_ + i)), opt, settings);
-            const V inv_rho = ReciprocalRoot(rho_sq);
-            Store(inv_rho_ + i, inv_rho);
-            Store(rho_ + i, rho_sq * inv_rho);
+            const V dx = Load(dx_ + i), a = Load(a_ + i);
+            for (int n = 0; n < kLights; ++n) {
+                const V rho_sq = NaturalRhoSquare<kFar>(a, dot[n](dx), opt[n], settings);
+                const V inv_rho = ReciprocalRoot(rho_sq);
+                Store(inv_rho_[n] + i, inv_rho);
+                Store(rho_[n] + i, rho_sq * inv_rho);
+            }
         }
         for (int i = 0; i < count; i += kLanes) {
-            Store(quotient_ + i, AngleQuotient(Load(rho_ + i), rp(Load(dx_ + i))));
+            const V dx = Load(dx_ + i);
+            for (int n = 0; n < kLights; ++n)
+                Store(quotient_[n] + i, AngleQuotient(Load(rho_[n] + i), dot[n](dx)));
         }
         for (int i = 0; i < count; i += kLanes) {
-            const V angle = AngleFromQuotient(Load(quotient_ + i), Load(rho_ + i), -rp(Load(dx_ + i)));
-            AddTinted(i, angle * Load(inv_rho_ + i), tint, squared);
+            const V dx = Load(dx_ + i);
+            V red = Load(red_ + i), green = Load(green_ + i), blue = Load(blue_ + i),
+              alpha = Load(alpha_ + i);
+            for (int n = 0; n < kLights; ++n) {
+                const V angle = AngleFromQuotient(Load(quotient_[n] + i), Load(rho_[n] + i), -dot[n](dx));
+                const V glow = angle * Load(inv_rho_[n] + i);
+                const V v = squared ? glow * glow : glow;
+                red = MulAdd(v, V(tint[n].red), red);
+                green = MulAdd(v, V(tint[n].green), green);
+                blue = MulAdd(v, V(tint[n].blue), blue);
+                alpha = MulAdd(v, V(tint[n].alpha), alpha);
+            }
+            Store(red_ + i, red);
+            Store(green_ + i, green);
+            Store(blue_ + i, blue);
+            Store(alpha_ + i, alpha);
         }
     }
 
@@ -232,46 +254,56 @@ class RowRenderer {
     template <class Pixel, class Channel, int kBits>
     void WriteBlock(Pixel* row) {
         constexpr double kFull = kBits == 8 ? PF_MAX_CHAN8 : PF_MAX_CHAN16;
-        constexpr double kCodes = kBits == 8 ? 256.0 : 65536.0;
+        const std::int32_t look = frame_.look;
+        const double inv_gamma = frame_.invGamma;
+        const V zero(0.0), one(1.0);
         for (int i = 0; i < count_; i += kLanes) {
             const V sum = Load(alpha_ + i);
             const auto has_light = sum > 0.0;
             if (!any(has_light)) continue;
             const auto shape = [&](const double* sums) {
-                return ShapeByLook(frame_.look, frame_.invGamma, Load(sums + i));
+                return ShapeByLook(look, inv_gamma, Load(sums + i));
             };
-            const V alpha = shape(alpha_);
+            const V alpha = ShapeByLook(look, inv_gamma, select(has_light, sum, one));
             const auto lit = has_light & (alpha != 0.0);  // the power of a small gamma may have lost it
-            const V k = Reciprocal(select(lit, alpha, V(1.0)));
-            const V values[4] = {alpha, shape(red_) * k, shape(green_) * k, shape(blue_) * k};
-            V codes[4];
-            auto usual = lit;
-            for (int c = 0; c < 4; ++c) {
-                codes[c] = Floor(MulAdd(values[c], V(kFull), V(0.5)));
-                usual = usual & (codes[c] >= 0.0) & (codes[c] < kCodes);
-            }
+            const V k = Reciprocal(select(lit, alpha, one));
+            V values[4] = {alpha, shape(red_) * k, shape(green_) * k, shape(blue_) * k};
+
+            // Nearly always all are between 0 and full scale; the rest is left to the rules of ChannelCode.
+            const V least = smaller(smaller(values[1], values[2]), values[3]);
+            const V most = larger(larger(values[1], values[2]), values[3]);
+            const V total = values[1] + values[2] + values[3];
+            const auto usual = lit & (least >= 0.0) & (most < 1.00001) & (total == total);
+            Pixel* pixels = row + first_ + i;
             std::uint64_t words[kLanes];
-            for (V& code : codes) code = select(usual, code, V(0.0));
-            StorePacked(words, codes[0], codes[1], codes[2], codes[3], kBits);
-            double is_lit[kLanes], is_usual[kLanes];
-            Store(is_lit, select(lit, V(1.0), V(0.0)));
-            Store(is_usual, select(usual, V(1.0), V(0.0)));
+            StorePacked(words, Code(usual, alpha, kFull), Code(usual, values[1], kFull),
+                        Code(usual, values[2], kFull), Code(usual, values[3], kFull), kBits);
             const int lanes = count_ - i < kLanes ? count_ - i : kLanes;
+            if (lanes == kLanes && !any(!usual)) {
+                for (int lane = 0; lane < kLanes; ++lane)
+                    std::memcpy(pixels + lane, &words[lane], sizeof(Pixel));
+                continue;
+            }
+            double is_lit[kLanes], is_usual[kLanes], channels[4][kLanes];
+            Store(is_lit, select(lit, one, zero));
+            Store(is_usual, select(usual, one, zero));
+            for (int c = 0; c < 4; ++c) Store(channels[c], values[c]);
             for (int lane = 0; lane < lanes; ++lane) {
                 if (is_lit[lane] == 0.0) continue;
-                Pixel* pixel = row + first_ + i + lane;
                 if (is_usual[lane] != 0.0) {
-                    std::memcpy(pixel, &words[lane], sizeof(Pixel));
+                    std::memcpy(pixels + lane, &words[lane], sizeof(Pixel));
                 } else {
-                    double channels[4][kLanes];
-                    for (int c = 0; c < 4; ++c) Store(channels[c], values[c]);
-                    *pixel = {ChannelCode<Channel>(channels[0][lane], kFull),
-                              ChannelCode<Channel>(channels[1][lane], kFull),
-                              ChannelCode<Channel>(channels[2][lane], kFull),
-                              ChannelCode<Channel>(channels[3][lane], kFull)};
+                    pixels[lane] = {ChannelCode<Channel>(channels[0][lane], kFull),
+                                    ChannelCode<Channel>(channels[1][lane], kFull),
+                                    ChannelCode<Channel>(channels[2][lane], kFull),
+                                    ChannelCode<Channel>(channels[3][lane], kFull)};
                 }
             }
         }
+    }
+    template <class Mask>
+    static V Code(Mask usual, V value, double full) {
+        return MulAdd(select(usual, value, V(0.0)), V(full), V(0.5));
     }
 
     const _RenderData& frame_;
@@ -289,9 +321,9 @@ class RowRenderer {
     alignas(64) double blue_[kBlock];
     alignas(64) double alpha_[kBlock];
     // Between the loops of a natural point light.
-    alignas(64) double rho_[kBlock];
-    alignas(64) double inv_rho_[kBlock];
-    alignas(64) double quotient_[kBlock];
+    alignas(64) double rho_[2][kBlock];
+    alignas(64) double inv_rho_[2][kBlock];
+    alignas(64) double quotient_[2][kBlock];
 };
 
 }  // namespace zam

@@ -8,23 +8,27 @@ namespace zam {
 
 inline constexpr double kPi = 3.141592653589793;
 
-// c[i] + c[i + 4] z4 + c[i + 8] z4^2 + ...
-template <int i, class V, int kTerms>
-[[gnu::always_inline]] inline V EveryFourth(const double (&c)[kTerms], V z4) {
-    if constexpr (i + 4 < kTerms) {
-        return MulAdd(EveryFourth<i + 4>(c, z4), z4, V(c[i]));
+// c[first] + c[first + 1] z + ... of `terms` coefficients, with powers[n] = z^(2^n): halves are joined, so that no
+// operation waits for a long chain of others.
+template <int first, int terms, class V, int kTerms>
+[[gnu::always_inline]] inline V Halves(const double (&c)[kTerms], const V* powers) {
+    if constexpr (terms == 1) {
+        return V(c[first]);
     } else {
-        return V(c[i]);
+        constexpr int level = terms > 16 ? 4 : terms > 8 ? 3 : terms > 4 ? 2 : terms > 2 ? 1 : 0;
+        constexpr int low = 1 << level;
+        return MulAdd(Halves<first + low, terms - low>(c, powers), powers[level],
+                      Halves<first, low>(c, powers));
     }
 }
 
-// c[0] + c[1] z + c[2] z^2 + ...: four interleaved chains, so that no operation waits long for the one before.
+// c[0] + c[1] z + c[2] z^2 + ...
 template <class V, int kTerms>
 [[gnu::always_inline]] inline V Polynomial(const double (&c)[kTerms], V z) {
-    static_assert(kTerms >= 4);
-    const V z2 = z * z, z4 = z2 * z2;
-    return MulAdd(z2, MulAdd(EveryFourth<3>(c, z4), z, EveryFourth<2>(c, z4)),
-                  MulAdd(EveryFourth<1>(c, z4), z, EveryFourth<0>(c, z4)));
+    static_assert(kTerms >= 2 && kTerms <= 32);
+    const V z2 = z * z, z4 = z2 * z2, z8 = z4 * z4;
+    const V powers[] = {z, z2, z4, z8, z8 * z8};
+    return Halves<0, kTerms>(c, powers);
 }
 
 // The angle of the point (x, y) above the x axis, for y >= 0: 0 to pi. Not for x = y = 0. In two halves, which a loop may

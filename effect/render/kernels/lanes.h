@@ -48,7 +48,7 @@ inline void SplitExponent(double v, double* m, double* e) {
 // v * 2^e for a whole e within the exponents of normal numbers.
 inline double ScaleByPowerOfTwo(double v, double e) { return std::ldexp(v, static_cast<int>(e)); }
 
-// Four whole numbers from 0 to 65535 in one word, `first` lowest, `bits` apart; one word per lane.
+// The whole parts of four numbers from 0 to 65535 in one word, `first` lowest, `bits` apart; one word per lane.
 inline void StorePacked(std::uint64_t* to, double first, double second, double third, double fourth,
                         int bits) {
     *to = static_cast<std::uint64_t>(first) | static_cast<std::uint64_t>(second) << bits |

@@ -98,7 +98,7 @@ inline constexpr double kWholeNumbers = 6755399441055744.0;  // 1.5 * 2^52
                                                F64x4 fourth, int bits) {
     const __m256i whole = _mm256_castpd_si256(_mm256_set1_pd(kWholeNumbers));
     const auto word = [&](F64x4 v, int place) {
-        const __m256i number = _mm256_xor_si256(_mm256_castpd_si256((v + kWholeNumbers).v), whole);
+        const __m256i number = _mm256_xor_si256(_mm256_castpd_si256((Floor(v) + kWholeNumbers).v), whole);
         return _mm256_sll_epi64(number, _mm_cvtsi32_si128(place * bits));
     };
     const __m256i low = _mm256_or_si256(word(first, 0), word(second, 1));

@@ -15,18 +15,18 @@ inline bool SquaresLights(std::int32_t look) {
     return l == Look::weak || l == Look::natural || l == Look::adjustable_natural;
 }
 
-// The final curve of one sum. Chosen by ranges: below 3 cut off, 3 and 4 the square root, above 4 the power.
+// The final curve of one sum. Chosen by ranges: below 3 cut off, 3 and 4 the square root, above 4 the power. Of a sum below
+// zero, roots and powers are not numbers.
 template <class V>
-V ShapeByLook(std::int32_t look, double invGamma, V v) {
-    const V full(1.0);
-    if (look < 3) return smaller(v, full);
-    // Below the normal numbers there is no light left; below zero there is no root.
+[[gnu::always_inline]] inline V ShapeByLook(std::int32_t look, double invGamma, V v) {
+    const V cut = smaller(v, V(1.0));
+    if (look < 3) return cut;
+    if (look <= 4) return select(cut == 0.0, V(0.0), Root(cut));
+    // Below the normal numbers there is no light left.
     constexpr double kNormal = 2.2250738585072014e-308;
-    const auto normal = v >= kNormal;
-    const V legal = select(normal, v, full);
-    const V shaped = look <= 4 ? Root(legal) : Power(legal, invGamma);
-    const V none = select(v >= 0.0, V(0.0), V(std::numeric_limits<double>::quiet_NaN()));
-    return select(v > 1.0, full, select(normal, shaped, none));
+    const auto normal = cut >= kNormal;
+    const V none = select(cut >= 0.0, V(0.0), V(std::numeric_limits<double>::quiet_NaN()));
+    return select(normal, Power(select(normal, cut, V(1.0)), invGamma), none);
 }
 
 // Channel code of a value in units of full scale, rounded half up: the low bits of the integer part of
