@@ -12,7 +12,11 @@ int main(int argc, char** argv) {
     app.add_flag("--quick", options.quick, "three rounds, one picture size");
     app.add_option("--filter", options.filter, "only cases whose name contains this");
     app.add_option("--json", options.json, "write all figures to this file");
-    CLI11_PARSE(app, argc, argv);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? 0 : 2;
+    }
     if (options.quick) options.rounds = 3;
 
     const Machine machine = DescribeMachine();

@@ -16,6 +16,7 @@
 #include "io/over.h"
 #include "io/png_writer.h"
 #include "io/read_scene.h"
+#include "io/text.h"
 #include "io/values.h"
 
 namespace zam::cli {
@@ -100,6 +101,17 @@ void check(const host::Outcome& outcome, const std::string& command, std::set<st
     }
 }
 
+// The effect passes over such layers without a word.
+void warn_of_useless_reach(const host::Composition& composition, const host::Layer& layer) {
+    const bool own = layer.id == composition.effect.layer;
+    const bool flat = !layer.three_d &&
+                      (layer.kind == host::LayerKind::solid || layer.kind == host::LayerKind::null_object);
+    if (!own && !flat) return;
+    print_warning("control \"Set Reach Layer\": layer " + io::quote(layer.name) +
+                  (own ? " carries the effect" : " is a 2D layer") +
+                  ", so the cones end at \"Reach\"; choose another 3D layer");
+}
+
 // Layer controls that the plug-in supervises do their work only when a user picks a layer in them.
 void pick_layers(host::Session& session, const host::Composition& composition,
                  const std::vector<host::ControlSetting>& settings, std::set<std::string>& told) {
@@ -111,9 +123,13 @@ void pick_layers(host::Session& session, const host::Composition& composition,
         const host::ResolvedSetting resolved = host::resolve_setting(controls, setting, composition);
         picked[control.index] = static_cast<host::LayerId>(resolved.value.at(0.0));
     }
-    for (const auto& [index, layer] : picked)
+    for (const auto& [index, layer] : picked) {
+        const host::Layer* chosen = composition.find_layer(layer);
+        if (chosen && controls[static_cast<std::size_t>(index - 1)].name == "Set Reach Layer")
+            warn_of_useless_reach(composition, *chosen);
         check(session.choose_layer(index, layer, 0.0), "choosing layer " + std::to_string(layer), told,
               nullptr);
+    }
 }
 
 // Applies the scene's settings, then the command line's, which come last and therefore win.

@@ -15,7 +15,7 @@ constexpr NumberRule kPercent{0, 100, "percent", ""};
 constexpr NumberRule kAnyPercent{-1e9, 1e9, "percent", ""};
 constexpr NumberRule kConeAngle{0, 180, "degrees", "angles are full cone angles in degrees"};
 constexpr NumberRule kZoom{0.01, 1e9, "pixels", "the distance at which one unit shows as one pixel"};
-constexpr NumberRule kDiffusion{0, 1e9, "pixels", ""};
+constexpr NumberRule kDistance{0, 1e9, "pixels", ""};
 constexpr NumberRule kStretch{1, 9900, "percent", ""};
 constexpr NumberRule kId{1, 1e9, "", "layer ids count from 1"};
 
@@ -23,6 +23,8 @@ const Names kEveryLayer = {"kind",  "name",    "id",    "note", "parent", "in", 
                            "start", "stretch", "video", "solo", "shy",    "locked"};
 const Names kTurned = {"orientation", "rotation_x", "rotation_y", "rotation_z"};
 const Names kShadow = {"casts_shadows", "shadow_darkness"};
+const Names kFalloff = {"falloff", "falloff_start", "falloff_distance"};
+const Names kFalloffs = {"none", "smooth", "inverse square"};  // by number
 
 Names operator+(Names a, const Names& b) {
     a.insert(a.end(), b.begin(), b.end());
@@ -46,11 +48,12 @@ Names names_of(host::LayerKind kind, host::LightType type) {
     }
     switch (type) {
         case host::LightType::spot:
-            return shining + aimed + kShadow + Names{"cone_angle", "cone_feather", "shadow_diffusion"};
+            return shining + aimed + kShadow + kFalloff +
+                   Names{"cone_angle", "cone_feather", "shadow_diffusion"};
         case host::LightType::point:
-            return shining + Names{"position", "shadow_diffusion"} + kShadow;
+            return shining + Names{"position", "shadow_diffusion"} + kShadow + kFalloff;
         case host::LightType::parallel:
-            return shining + aimed + kShadow;
+            return shining + aimed + kShadow + kFalloff;
         case host::LightType::ambient:
             break;
     }
@@ -231,7 +234,17 @@ class LayerReader {
         number("cone_feather", light.cone_feather, kPercent);
         flag("casts_shadows", light.casts_shadows);
         number("shadow_darkness", light.shadow_darkness, kPercent);
-        number("shadow_diffusion", light.shadow_diffusion, kDiffusion);
+        number("shadow_diffusion", light.shadow_diffusion, kDistance);
+        with("falloff", [&](const JsonValue& v, const std::string& subject) {
+            light.falloff = read_animated<double>(document_, v, subject, [&](const JsonValue& one) {
+                const std::string word = read_choice(document_, one, subject, kFalloffs);
+                return static_cast<double>(std::find(kFalloffs.begin(), kFalloffs.end(), word) -
+                                           kFalloffs.begin());
+            });
+            for (auto& key : light.falloff.keys) key.interpolation = host::Interpolation::hold;
+        });
+        number("falloff_start", light.falloff_start, kDistance);
+        number("falloff_distance", light.falloff_distance, kDistance);
     }
 
     const JsonDocument& document_;

@@ -41,7 +41,7 @@ std::string nearest(std::string_view word, const std::vector<std::string>& candi
     if (word.empty() || word.size() > kLongestWord) return {};
     const std::string wanted = lower(word);
     std::string best;
-    std::size_t best_distance = wanted.size() / 3 + 2;  // this far off is no longer a slip of the finger
+    std::size_t best_distance = wanted.size() / 3 + 1;  // this far off is no longer a slip of the finger
     for (const std::string& candidate : candidates) {
         const std::size_t distance = edit_distance(wanted, lower(candidate));
         if (distance < best_distance && distance < std::max(candidate.size(), wanted.size())) {

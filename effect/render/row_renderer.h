@@ -11,7 +11,10 @@
 
 namespace zam {
 
-template <class V>
+//
+// V is the lane type of points and of the finishing pass, S that of spots, whose formulas are long enough to keep a processor
+// busy with fewer lanes.
+template <class V, class S = V>
 class RowRenderer {
   public:
     RowRenderer(const _RenderData& frame, A_long y) : frame_(frame), y_(y) {
@@ -85,12 +88,16 @@ class RowRenderer {
         const Tint t{color.x * intensity, color.y * intensity, color.z * intensity, intensity};
         return squared_ ? Tint{t.red * t.red, t.green * t.green, t.blue * t.blue, t.alpha * t.alpha} : t;
     }
-    void AddTinted(int i, V value, const Tint& tint, bool squared) {
-        const V v = squared ? value * value : value;
-        Store(red_ + i, MulAdd(v, V(tint.red), Load(red_ + i)));
-        Store(green_ + i, MulAdd(v, V(tint.green), Load(green_ + i)));
-        Store(blue_ + i, MulAdd(v, V(tint.blue), Load(blue_ + i)));
-        Store(alpha_ + i, MulAdd(v, V(tint.alpha), Load(alpha_ + i)));
+    template <class L>
+    void AddTinted(int i, L value, const Tint& tint, bool squared) {
+        const L v = squared ? value * value : value;
+        const auto add = [&](double* sums, double strength) {
+            Store(sums + i, MulAdd(v, L(strength), LanesOf<L>::Load(sums + i)));
+        };
+        add(red_, tint.red);
+        add(green_, tint.green);
+        add(blue_, tint.blue);
+        add(alpha_, tint.alpha);
     }
 
     // r.p along the row.
@@ -104,20 +111,35 @@ class RowRenderer {
         const _LightData& data = *frame_.pointData;
         const PointSettings settings{PointModel{data.model}, data.softness, data.sourceRadius, frame_.softKSq,
                                      frame_.softKRoot};
-        if (settings.model == PointModel::natural) {
-            for (int light = 0; light < data.count;) {
-                if (light + 2 <= data.count) {
-                    AddNaturalPoints<false, 2>(light, settings);
-                    light += 2;
-                } else {
-                    AddNaturalPoints<false, 1>(light, settings);
-                    ++light;
+        switch (settings.model) {
+            case PointModel::natural:
+                for (int light = 0; light < data.count; light += 2)
+                    AddNaturalPoints(light, data.count, settings);
+                break;
+            case PointModel::radius:
+            case PointModel::radius_source:
+            case PointModel::source:
+                for (int light = 0; light < data.count; ++light) {
+                    AddSpheres(frame_.pointLights[light], frame_.optPoint[light], settings);
                 }
-            }
-            return;
+                break;
+            case PointModel::off:
+                break;
         }
-        for (int light = 0; light < data.count; ++light) {
-            AddSpheres(frame_.pointLights[light], frame_.optPoint[light], settings);
+    }
+
+    // Two lights at a time, to fetch and store the sums once for both; the last of an odd number alone.
+    void AddNaturalPoints(int first, int count, const PointSettings& settings) {
+        const auto far = [&](int light) {
+            return 0.25 * frame_.optPoint[light].softDenominator > kFarSquare * settings.softKSq;
+        };
+        if (first + 1 == count) {
+            far(first) ? AddNaturalPoints<true, 1>(first, settings)
+                       : AddNaturalPoints<false, 1>(first, settings);
+        } else if (far(first) || far(first + 1)) {
+            AddNaturalPoints<true, 2>(first, settings);
+        } else {
+            AddNaturalPoints<false, 2>(first, settings);
         }
     }
 
@@ -241,11 +263,12 @@ class RowRenderer {
         const _OptSpotData opt = frame_.optSpot[light];
         const Tint tint = MakeTint(spot.color, spot.intensity);
         const bool row_in_box = opt.screenTop < y_ && y_ < opt.screenBottom, squared = squared_;
-        const V left(row_in_box ? opt.screenLeft : 1.0), right(row_in_box ? opt.screenRight : 0.0);
-        for (int i = groups.first; i < groups.end; i += kLanes) {
-            const V x = LanesOf<V>::Index() + V(static_cast<double>(first_ + i));
-            const SpotRays<V> rays{x, V(y_), Load(dx_ + i), V(dy_), Load(a_ + i), Load(inv_root_a_ + i)};
-            const V s = SpotScattering<kModel, kFeathered>(spots, spot, opt, rays, (left < x) & (x < right));
+        const S left(row_in_box ? opt.screenLeft : 1.0), right(row_in_box ? opt.screenRight : 0.0);
+        for (int i = groups.first; i < groups.end; i += LanesOf<S>::kCount) {
+            const auto load = [i](const double* from) { return LanesOf<S>::Load(from + i); };
+            const S x = LanesOf<S>::Index() + S(static_cast<double>(first_ + i));
+            const SpotRays<S> rays{x, S(y_), load(dx_), S(dy_), load(a_), load(inv_root_a_)};
+            const S s = SpotScattering<kModel, kFeathered>(spots, spot, opt, rays, (left < x) & (x < right));
             AddTinted(i, at_least_zero(s), tint, squared);
         }
     }

@@ -7,7 +7,7 @@
 namespace zam {
 
 void RenderRow_avx512(const _RenderData& frame, A_long y, PF_Pixel* out) {
-    RowRenderer<Pair<F64x8>>(frame, y).Render(out);
+    RowRenderer<Pair<F64x8>, F64x8>(frame, y).Render(out);
 }
 
 }  // namespace zam

@@ -27,23 +27,27 @@ struct Quadratic {  // q2 x^2 + q1 x + q0
     double operator()(double x) const { return (q2 * x + q1) * x + q0; }
 };
 
-// Where a quadratic is not negative, a little widened: one span, or two half lines.
+// Where a quadratic is at least -margin, a little widened: one span, or two half lines. `apart` says that it is clearly
+// positive somewhere in each of them, and on a span that is the whole row everywhere.
 struct Spans {
     Span left, right;
+    bool apart;
 };
-Spans WhereNotNegative(const Quadratic& q) {
-    const double products = std::fabs(q.q2 * q.q0) * 4.0 + q.q1 * q.q1;
+Spans WhereAtLeast(const Quadratic& q, double margin) {
+    const double products = std::fabs(q.q2) * (std::fabs(q.q0) + margin) * 4.0 + q.q1 * q.q1;
     const double room = 1e-9 * products;  // what rounding may have taken
-    const double discriminant = q.q1 * q.q1 - 4.0 * q.q2 * q.q0;
-    if (!(products < 1e300)) return {kWholeRow, kNothing};
+    const double discriminant = q.q1 * q.q1 - 4.0 * q.q2 * (q.q0 + margin);
+    const double of_positive = q.q1 * q.q1 - 4.0 * q.q2 * (q.q0 - margin);
+    if (!(products < 1e300) || q.q2 == 0.0) return {kWholeRow, kNothing, false};
     if (q.q2 < 0.0) {
-        if (discriminant + room < 0.0) return {kNothing, kNothing};
+        if (discriminant + room < 0.0) return {kNothing, kNothing, false};
         const double root = std::sqrt(std::max(discriminant, 0.0) + room);
-        return {{(root - q.q1) / (2.0 * q.q2), (-root - q.q1) / (2.0 * q.q2)}, kNothing};
+        return {{(root - q.q1) / (2.0 * q.q2), (-root - q.q1) / (2.0 * q.q2)}, kNothing, of_positive > room};
     }
-    if (!(q.q2 > 0.0) || discriminant - room <= 0.0) return {kWholeRow, kNothing};
+    if (discriminant - room <= 0.0) return {kWholeRow, kNothing, of_positive + room < 0.0};
     const double root = std::sqrt(discriminant - room);
-    return {{kWholeRow.from, (-q.q1 - root) / (2.0 * q.q2)}, {(-q.q1 + root) / (2.0 * q.q2), kWholeRow.to}};
+    return {
+        {kWholeRow.from, (-q.q1 - root) / (2.0 * q.q2)}, {(-q.q1 + root) / (2.0 * q.q2), kWholeRow.to}, true};
 }
 
 double RayX(const _RenderData& frame, double x) {
@@ -71,7 +75,8 @@ Span InSphere(const Vec3& c, double radius, double dy) {
     if (!(outside > 0.0)) return kWholeRow;    // the camera is inside
     if (c.z + radius <= 0.0) return kNothing;  // all of it is behind
     const double rest = dy * c.y + c.z, a0 = dy * dy + 1.0;
-    const Spans spans = WhereNotNegative({c.x * c.x - outside, 2.0 * c.x * rest, rest * rest - a0 * outside});
+    const Spans spans =
+        WhereAtLeast({c.x * c.x - outside, 2.0 * c.x * rest, rest * rest - a0 * outside}, 0.0);
     return Hull(spans.left, spans.right);
 }
 
@@ -80,6 +85,7 @@ struct RowCone {
     double k1, k0, apex_depth;
     double b1, b0;
     Quadratic a, discriminant;
+    double margin;  // of the discriminant, for the thresholds of the intersection
 
     RowCone(const _VisLightStruct& light, const _OptSpotData& opt, double dy) {
         const bool feathered = light.coneFeather > 0.0;
@@ -92,8 +98,8 @@ struct RowCone {
         b1 = cos_sq * light.pos.x - k1 * apex_depth;
         b0 = cos_sq * r0 - k0 * apex_depth;
         a = {k1 * k1 - cos_sq, 2.0 * k1 * k0, k0 * k0 - cos_sq * a0};
-        const double room = 2.0 * kConeEps * (1.0 + std::fabs(c));  // for the thresholds of the intersection
-        discriminant = {b1 * b1 - c * a.q2, 2.0 * b1 * b0 - c * a.q1, b0 * b0 - c * a.q0 + room};
+        margin = 2.0 * kConeEps * (1.0 + std::fabs(c));
+        discriminant = {b1 * b1 - c * a.q2, 2.0 * b1 * b0 - c * a.q1, b0 * b0 - c * a.q0};
     }
 
     // Are all rays of the span steeper than the cone's side, so that both roots are on one nappe?
@@ -103,7 +109,8 @@ struct RowCone {
         const double top = a.q2 < 0.0 ? -a.q1 / (2.0 * a.q2) : span.from;
         return !(span.from < top && top < span.to) || a(top) < limit;
     }
-    // Does the span meet nothing but the nappe behind the apex? Which nappe it is does not change within a span.
+    // Does the span meet nothing but the nappe behind the apex? Which nappe it is changes at the apex only, where the
+    // discriminant is 0: not within a span in which it is clearly positive.
     [[nodiscard]] bool IsBehindApex(const Span& span) const {
         if (span.empty() || !IsSteep(span)) return false;
         const double x = 0.5 * (span.from + span.to), k = k1 * x + k0;
@@ -114,10 +121,10 @@ struct RowCone {
 
 // Rays of `within`, a finite span, that the forward cone may be met by.
 Span InCone(const RowCone& cone, const Span& within) {
-    const Spans spans = WhereNotNegative(cone.discriminant);
+    const Spans spans = WhereAtLeast(cone.discriminant, cone.margin);
     Span left = Intersect(spans.left, within), right = Intersect(spans.right, within);
-    if (cone.IsBehindApex(left)) left = kNothing;
-    if (cone.IsBehindApex(right)) right = kNothing;
+    if (spans.apart && cone.IsBehindApex(left)) left = kNothing;
+    if (spans.apart && cone.IsBehindApex(right)) right = kNothing;
     return Hull(left, right);
 }
 

@@ -53,6 +53,9 @@ struct LightSettings {
     Animated<double> shadow_darkness{100.0};  // percent
     Animated<double> shadow_diffusion;        // pixels
     bool casts_shadows = false;
+    Animated<double> falloff;                  // 0 none, 1 smooth, 2 inverse square
+    Animated<double> falloff_start{500.0};     // pixels
+    Animated<double> falloff_distance{500.0};  // pixels
 };
 
 struct CameraSettings {

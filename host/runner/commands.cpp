@@ -141,6 +141,7 @@ void Session::State::check_answer(PF_Cmd cmd, Outcome& outcome) {
     in.output.check("output", ledger);  // after other commands too: their pointers may be old ones
     in.input.check("input", ledger);
     if (has_params(cmd)) outcome.changed_controls = in.params.take_changes();
+    outcome.ui_updates = in.params.take_ui_updates();
     in.memory.balance({global_data, sequence_data, frame_data});
     outcome.reports = ledger.end();
     reports.insert(reports.end(), outcome.reports.begin(), outcome.reports.end());
@@ -169,6 +170,7 @@ Outcome Session::State::command(PF_Cmd cmd, double at, const RenderSettings& set
     if (has_params(cmd)) {
         params = in.params.present(at, cmd == PF_Cmd_RENDER ? in.input.interface_world(false) : no_pixels);
     }
+    if (in.options.amend_in_data) in.options.amend_in_data(in.in_data);
     out.return_msg[0] = '\0';
     out.out_flags = 0;
     out.global_data = global_data;

@@ -188,7 +188,7 @@ ResolvedSetting resolve_setting(const std::vector<Control>& controls, const Cont
     std::string place = setting.where.empty() ? "" : setting.where + ": ";
     try {
         const Control& control = find_control(controls, setting.control);
-        place += "control " + quoted(setting.control) + " ";
+        place += "control " + quoted(setting.control) + ": ";
         if (setting.value.varies() && (control.flags & PF_ParamFlag_CANNOT_TIME_VARY)) {
             throw ControlError("cannot be animated; give it one value");
         }

@@ -196,6 +196,7 @@ double ParamsStore::at(int index, double frame) const {
 }
 
 void ParamsStore::take_ui(int index, const PF_ParamDef& definition) {
+    ui_updates_.push_back(index);
     Control& control = controls_[static_cast<std::size_t>(index - 1)];
     control.ui_flags = definition.ui_flags;
     control.flags = definition.flags;

@@ -2,6 +2,7 @@
 // The controls that a plug-in registers, their values over time, and the array of definitions that a command
 // receives.
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/runner/control.h"
@@ -25,6 +26,8 @@ class ParamsStore {
 
     // What PF_UpdateParamUI may change: never the value.
     void take_ui(int index, const PF_ParamDef& definition);
+    // The controls so updated since this was last asked, in order.
+    std::vector<int> take_ui_updates() { return std::exchange(ui_updates_, {}); }
 
     // The array for one command, null at its end; it lives until the next call. params[0] is `input`.
     PF_ParamDef** present(double frame, const PF_EffectWorld& input);
@@ -42,6 +45,7 @@ class ParamsStore {
     std::vector<Held> held_;
     std::vector<PF_ParamDef> shown_;
     std::vector<PF_ParamDef*> array_;
+    std::vector<int> ui_updates_;
 };
 
 [[nodiscard]] bool holds_value(PF_ParamType type);

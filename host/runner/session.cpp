@@ -52,6 +52,7 @@ void merge(Outcome& first, Outcome then) {
     first.reports.insert(first.reports.end(), then.reports.begin(), then.reports.end());
     first.changed_controls.insert(first.changed_controls.end(), then.changed_controls.begin(),
                                   then.changed_controls.end());
+    first.ui_updates.insert(first.ui_updates.end(), then.ui_updates.begin(), then.ui_updates.end());
 }
 
 void check_composition(const Composition& composition) {

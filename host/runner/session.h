@@ -39,6 +39,7 @@ struct Outcome {
     PF_OutFlags out_flags = 0;
     std::vector<std::string> reports;   // what the command kept or misused, by name; empty when all is well
     std::vector<int> changed_controls;  // that the effect marked with PF_ChangeFlag_CHANGED_VALUE
+    std::vector<int> ui_updates;        // controls that PF_UpdateParamUI was called for, in order
     [[nodiscard]] bool ok() const { return error == 0 && !thrown && reports.empty() && !message_is_error; }
 };
 
@@ -62,6 +63,9 @@ struct SessionOptions {
     bool handle_callbacks = true;                // false: the four host_*_handle callbacks are null
     bool basic_suite = true;                     // false: pica_basicP is null
     bool move_unlocked_handles = false;          // blocks move whenever their last lock goes
+    LightType new_light_type = LightType::spot;  // of the lights that the effect creates
+    // Has the last word on what a command is given, for tests of values that no composition leads to.
+    std::function<void(PF_InData&)> amend_in_data{};
     std::vector<std::string> withheld_suites{};  // "AEGP Light Suite 1": name and wire version
     FaultPlan faults{};                          // which host calls fail, and with what
 };

@@ -92,13 +92,15 @@ Layer& add_layer(Instance& in, LayerKind kind, const A_char* name, A_FloatPoint 
     return composition.layers.front();
 }
 
-// A spot light with the settings of a fresh one; the position is the host's choice.
+// A light with the settings of a fresh one; type and position are the host's choice.
 A_Err create_light(const A_char* name, A_FloatPoint centre, AEGP_CompH comp, AEGP_LayerH* layer) {
     return serve("Comp.AEGP_CreateLightInComp", [&](Instance& in) {
         in.must_be_changeable();
         in.check(comp);
         AEGP_LayerH& to = result(layer);
-        to = in.handle(add_layer(in, LayerKind::light, name, centre, 500.0));
+        Layer& light = add_layer(in, LayerKind::light, name, centre, 500.0);
+        light.light.type = in.options.new_light_type;
+        to = in.handle(light);
     });
 }
 

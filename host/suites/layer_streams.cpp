@@ -30,11 +30,11 @@ std::optional<LayerStreamData> light_stream(Layer& layer, AEGP_LayerStream strea
         case AEGP_LayerStream_CASTS_SHADOWS:
             return LayerStreamData{&light.casts_shadows};
         case AEGP_LayerStream_LIGHT_FALLOFF_TYPE:
-            return LayerStreamData{0.0};
+            return LayerStreamData{&light.falloff};
         case AEGP_LayerStream_LIGHT_FALLOFF_START:
-            return LayerStreamData{500.0};
+            return LayerStreamData{&light.falloff_start};
         case AEGP_LayerStream_LIGHT_FALLOFF_DISTANCE:
-            return LayerStreamData{500.0};
+            return LayerStreamData{&light.falloff_distance};
         default:
             return std::nullopt;
     }

@@ -9,6 +9,11 @@ namespace {
 
 std::uint64_t number(AEGP_StreamRefH stream) { return reinterpret_cast<std::uintptr_t>(stream); }
 
+// There are no expressions here, so both values are the same; the call log tells which one was asked for.
+std::string_view value_call(A_Boolean pre_expression, std::string_view after, std::string_view before) {
+    return pre_expression ? before : after;
+}
+
 A_Err is_stream_legal(AEGP_LayerH layer, AEGP_LayerStream stream, A_Boolean* legal) {
     return serve("Stream.AEGP_IsStreamLegal",
                  [&](Instance& in) { result(legal) = find_stream(in.layer(layer), stream).has_value(); });
@@ -71,8 +76,10 @@ A_Err get_stream_type(AEGP_StreamRefH stream, AEGP_StreamType* type) {
 }
 
 A_Err get_new_stream_value(AEGP_PluginID, AEGP_StreamRefH stream, AEGP_LTimeMode mode, const A_Time* time,
-                           A_Boolean /*pre_expression*/, AEGP_StreamValue* value) {
-    return serve("Stream.AEGP_GetNewStreamValue", [&](Instance& in) {
+                           A_Boolean pre_expression, AEGP_StreamValue* value) {
+    const auto call = value_call(pre_expression, "Stream.AEGP_GetNewStreamValue",
+                                 "Stream.AEGP_GetNewStreamValue (before expressions)");
+    return serve(call, [&](Instance& in) {
         const OpenStream open = open_stream(in, stream);
         const AEGP_StreamVal found = value_at(open, in.frame(*open.layer, mode, time));
         result(value) = {stream, found};
@@ -104,9 +111,11 @@ A_Err set_stream_value(AEGP_PluginID, AEGP_StreamRefH stream, AEGP_StreamValue* 
 }
 
 A_Err get_layer_stream_value(AEGP_LayerH layer, AEGP_LayerStream stream, AEGP_LTimeMode mode,
-                             const A_Time* time, A_Boolean /*pre_expression*/, AEGP_StreamVal* value,
+                             const A_Time* time, A_Boolean pre_expression, AEGP_StreamVal* value,
                              AEGP_StreamType* type) {
-    return serve("Stream.AEGP_GetLayerStreamValue", [&](Instance& in) {
+    const auto call = value_call(pre_expression, "Stream.AEGP_GetLayerStreamValue",
+                                 "Stream.AEGP_GetLayerStreamValue (before expressions)");
+    return serve(call, [&](Instance& in) {
         Layer& owner = in.layer(layer);
         const LayerStreamData found = layer_stream(owner, stream);
         result(value) = value_at(found.data, in.frame(owner, mode, time));

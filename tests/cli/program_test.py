@@ -105,6 +105,7 @@ class Program(unittest.TestCase):
             ("no command is given", []),
             ("unexpected rendr\nzam: hint: did you mean render?", ["rendr", "scene.json"]),
             ("unknown option --frame\nzam: hint: did you mean --frames?", ["render", "scene.json", *out, "--frame=1"]),
+            ("unknown option --pixle\n", ["render", "scene.json", *out, "--pixle=1"]),
             ("no scene is given", ["render"]),
             ("no output is given", ["render", "scene.json"]),
             ("unexpected second.json", ["render", "scene.json", "second.json", *out]),
@@ -207,6 +208,14 @@ class Program(unittest.TestCase):
         scene["effect"]["controls"]["Spot Lights"].update({"Reach Comp Layer": True, "Set Reach Layer": "Wall"})
         self.write("wall.json", scene)
         self.assertEqual(wall, picture(scene="wall.json"))
+        # Layers that the effect passes over are told of.
+        scene["layers"].append({"kind": "solid", "name": "Flat", "three_d": False})
+        for chosen, carrier, told in (("Flat", None, "layer \"Flat\" is a 2D layer"),
+                                      ("Wall", "Wall", "layer \"Wall\" carries the effect")):
+            scene["effect"]["controls"]["Spot Lights"]["Set Reach Layer"] = chosen
+            scene["effect"].update({"layer": carrier} if carrier else {})
+            self.write("flat.json", scene)
+            self.expect(0, f"zam: warning: control \"Set Reach Layer\": {told}", "render", "flat.json", "-o", "out/b.#.png")
 
     def test_controls_are_listed(self):
         table = self.expect(0, "", "controls").stdout
@@ -234,7 +243,10 @@ class Program(unittest.TestCase):
                           "scene.json", "-o", "out/a.#.png")
         self.assertNotIn("\r", run.stderr)
         self.assertEqual(self.expect(0, "", "render", "scene.json", "-o", "out/a.#.png", "-q").stderr, "")
-        main, terminal = pty.openpty()
+        try:
+            main, terminal = pty.openpty()
+        except OSError as error:
+            self.skipTest(f"no terminal to show progress on: {error}")
         process = subprocess.Popen([PROGRAM, "render", "scene.json", "-o", "out/a.#.png"], cwd=self.folder,
                                    stderr=terminal, env={**os.environ, "TERM": "xterm"})
         os.close(terminal)

@@ -60,6 +60,7 @@ TEST(Failures, EveryHostCallOfARenderFailsOnce) {
     ASSERT_GT(calls.size(), 60U);
     for (const auto& [name, nth] : calls) {
         SCOPED_TRACE(name + " " + std::to_string(nth));
+        EXPECT_EQ(name.find("before expressions"), std::string::npos);
         RichSession running;
         running.session.set_faults(FaultPlan().fail(name, nth, 1));
         const Outcome outcome = running.render().outcome;
@@ -92,6 +93,7 @@ TEST(Failures, EveryHostCallOfPickingALayerFailsOnce) {
             std::count(clean->session.calls().begin(), clean->session.calls().end(), "Basic.AcquireSuite");
         for (const auto& [name, nth] : calls) {
             SCOPED_TRACE(name + " " + std::to_string(nth));
+            EXPECT_EQ(name.find("before expressions"), std::string::npos);
             const auto running = prepare();
             running->session.set_faults(FaultPlan().fail(name, nth, 1));
             const Outcome outcome = running->session.choose_layer(index, kWall, 0);

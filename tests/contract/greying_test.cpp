@@ -58,6 +58,8 @@ TEST(Greying, UpdatesEveryControlInOrderAndRefreshes) {
     EXPECT_EQ(calls.front(), "Basic.AcquireSuite");
     EXPECT_EQ(calls.back(), "Basic.ReleaseSuite");
     EXPECT_EQ(std::count(calls.begin(), calls.end(), "ParamUtils.PF_UpdateParamUI"), 16);
+    EXPECT_EQ(outcome.ui_updates,
+              (std::vector<int>{4, 3, 6, 5, 7, 8, 9, 14, 17, 16, 18, 19, 20, 13, 15, 26}));
 }
 
 TEST(Greying, TakesAnyVersionOfTheSuite) {
@@ -79,11 +81,13 @@ TEST(Greying, SaysSoWhenThereIsNoSuite) {
         SessionOptions options;
         const char* message;
         std::size_t calls;
+        std::vector<std::string> reports;
     } rows[] = {
         {{.withheld_suites = {"PF Param Utils Suite 1", "PF Param Utils Suite 2", "PF Param Utils Suite 3"}},
          "Failed to acquire suite.",
-         5},  // three acquisitions, one message, one release
-        {{.basic_suite = false}, "Failed to release suite.", 2},
+         5,  // three acquisitions, one message, one release
+         {"suite \"PF Param Utils Suite\" 1 that is not held in ReleaseSuite"}},
+        {{.basic_suite = false}, "Failed to release suite.", 2, {}},
     };
     for (const auto& row : rows) {
         Composition comp = make_composition();
@@ -96,6 +100,7 @@ TEST(Greying, SaysSoWhenThereIsNoSuite) {
         EXPECT_EQ(outcome.message, row.message);
         EXPECT_TRUE(outcome.message_is_error);
         EXPECT_EQ(session.calls().size(), row.calls);
+        EXPECT_EQ(outcome.reports, row.reports);
     }
 }
 

@@ -51,6 +51,12 @@ TEST(LifeCycle, WorksWithoutHandleCallbacksAndWithBlocksThatMove) {
     EXPECT_EQ(Running(comp, {.handle_callbacks = false}).render().argb, expected.argb);
     Running moving(comp, {.move_unlocked_handles = true});
     EXPECT_EQ(moving.render().argb, expected.argb);
+    // The points' records and constants are unlocked before they are disposed of, the last one made first.
+    const std::vector<std::string>& calls = moving.session.calls();
+    const std::string unlock = "Utils.host_unlock_handle", dispose = "Utils.host_dispose_handle";
+    ASSERT_GT(calls.size(), 4U);
+    EXPECT_EQ(std::vector(calls.end() - 4, calls.end()),
+              (std::vector<std::string>{unlock, dispose, unlock, dispose}));
     EXPECT_EQ(moving.session.sequence_bytes(), (std::vector<std::uint8_t>{0, 0, 0, 0}));
 }
 

@@ -67,6 +67,16 @@ TEST(Queries, CameraIsReadAtCompositionTime) {
                                      })
                         .ok());
     }
+    running.comp.pixel_aspect = {2, 1};
+    running.session.call_inside(15, [&](PF_InData* in, PF_OutData*) {
+        A_Matrix4 m;
+        double distance = 0.0;
+        EXPECT_EQ(get_camera("GetCameraMatrixNoAspect", in, &m, &distance), 0);
+        EXPECT_EQ(distance, 250.0);
+        const double expected[4][4] = {{2, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {2, 2, -300, 1}};
+        for (int i = 0; i < 16; ++i) EXPECT_EQ(m.mat[i / 4][i % 4], expected[i / 4][i % 4]) << i;
+        return 0;
+    });
     // No host call succeeds after the first that fails, and what was written stays.
     running.session.set_faults(FaultPlan().fail("Stream.AEGP_GetLayerStreamValue", 1, 7));
     running.session.call_inside(15, [&](PF_InData* in, PF_OutData*) {
@@ -208,6 +218,28 @@ TEST(Queries, WorkAreaAndPickedLayer) {
     });
     EXPECT_TRUE(outcome.ok()) << ::testing::PrintToString(outcome.reports);
     EXPECT_EQ(running.comp.layers.front().name, "Mark [Wall]");
+
+    Running poorer(comp, {.withheld_suites = {"AEGP Comp Suite 4"}});
+    const Outcome missing = poorer.session.call_inside(0, [&](PF_InData* in, PF_OutData*) {
+        double start = 0, end = 0;
+        return exported<A_Err(PF_InData*, double*, double*)>("GetWorkArea")(in, &start, &end);
+    });
+    EXPECT_EQ(missing.thrown, std::optional(516));
+    EXPECT_EQ(missing.reports, std::vector<std::string>{});
+}
+
+TEST(Queries, ARatioOfNothingIsOne) {
+    Running running(make_composition());
+    running.session.call_inside(0, [&](PF_InData* in, PF_OutData*) {
+        for (const PF_RationalScale aspect : {PF_RationalScale{0, 1}, PF_RationalScale{1, 0}}) {
+            in->pixel_aspect_ratio = aspect;
+            A_Matrix4 m;
+            double zoom = 0.0;
+            EXPECT_EQ(get_camera("GetCameraMatrix", in, &m, &zoom), 0);
+            EXPECT_EQ(m.mat[0][0], 1.0);
+        }
+        return 0;
+    });
 }
 
 }  // namespace

@@ -41,6 +41,7 @@ TEST(Reach, PickingALayerMakesAHiddenLightThatTheNextFrameFinds) {
     const Outcome picked = running.session.choose_layer(running.index_of("Set Reach Layer"), wall, 0);
     EXPECT_TRUE(picked.ok()) << ::testing::PrintToString(picked.reports);
     EXPECT_TRUE(picked.out_flags & PF_OutFlag_REFRESH_UI);
+    EXPECT_EQ(picked.changed_controls, std::vector<int>{running.index_of("Set Reach Layer")});
     EXPECT_EQ(running.session.sequence_bytes(), bytes_of(wall));
     const Layer* light = reach_light(running.comp, wall);
     ASSERT_NE(light, nullptr);
@@ -69,11 +70,47 @@ TEST(Reach, PickingALayerMakesAHiddenLightThatTheNextFrameFinds) {
     running.comp.find_layer(wall)->name = "A very long layer name indeed";
     Layer* mine = running.comp.find_layer(light->id);
     mine->light.intensity.keys = {{0, 5.0}, {10, 7.0}};
+    mine->locked = false;
     const std::size_t layers = running.comp.layers.size();
     running.session.choose_layer(running.index_of("Set Reach Layer"), wall, 0);
     EXPECT_EQ(running.comp.layers.size(), layers);
     EXPECT_EQ(reach_light(running.comp, wall)->name, "Zam Reach [A very long layer na");
     EXPECT_EQ(reach_light(running.comp, wall)->light.intensity.at(10), 7.0);
+    EXPECT_TRUE(reach_light(running.comp, wall)->locked);
+}
+
+TEST(Reach, TheNewLightIsASpotWhateverTheHostMakes) {
+    const auto pick = [](SessionOptions options) {
+        Running running(with_wall(), std::move(options));
+        const LayerId wall = wall_id(running.comp);
+        const Outcome picked = running.session.choose_layer(running.index_of("Set Reach Layer"), wall, 0);
+        EXPECT_EQ(picked.reports, std::vector<std::string>{});
+        const Layer* light = reach_light(running.comp, wall);
+        if (!picked.thrown) {
+            EXPECT_TRUE(light && light->light.type == LightType::spot && light->locked);
+        }
+        return picked.thrown;
+    };
+    for (const LightType made : {LightType::parallel, LightType::point, LightType::ambient}) {
+        EXPECT_EQ(pick({.new_light_type = made}), std::nullopt);
+    }
+    // The suite that changes types is wanted only when there is something to change.
+    const std::vector<std::string> withheld{"AEGP Light Suite 2"};
+    EXPECT_EQ(pick({.withheld_suites = withheld}), std::nullopt);
+    EXPECT_EQ(pick({.new_light_type = LightType::point, .withheld_suites = withheld}), std::optional(516));
+}
+
+TEST(Reach, TheLayerIsAskedForAtTheEffectsOwnTime) {
+    Composition comp = with_wall();
+    const LayerId early = wall_id(comp), late = add_layer(comp, LayerKind::null_object, "Late", {}).id;
+    comp.find_layer(1)->start_frame = 10;  // frame 20 of the composition is the effect's frame 10
+    Running running(comp);
+    Animated<double> picked;
+    picked.keys = {{0, static_cast<double>(early), Interpolation::hold}, {15, static_cast<double>(late)}};
+    running.session.set_control(running.index_of("Set Reach Layer"), picked);
+    running.render(20);
+    EXPECT_TRUE(running.session.send(PF_Cmd_USER_CHANGED_PARAM).ok());
+    EXPECT_EQ(running.session.sequence_bytes(), bytes_of(early));
 }
 
 TEST(Reach, BothSidesFlipThePlaneForLightsBehindIt) {
@@ -140,6 +177,7 @@ TEST(Reach, OlderHostsLookAfterTheLightOnEveryCall) {
     running.set("Reach Comp Layer", 1);
     const Outcome found = running.session.send(PF_Cmd_UPDATE_PARAMS_UI);
     EXPECT_EQ(found.error, 0);
+    EXPECT_EQ(found.changed_controls, std::vector<int>{running.index_of("Set Reach Layer")});
     EXPECT_EQ(running.session.sequence_bytes(), bytes_of(wall));
     // A new id ends the call early, with the suite still held and nothing greyed.
     ASSERT_EQ(found.reports.size(), 1U);

@@ -1,5 +1,6 @@
 // Which lights take part, seen in the frames: a light that a filter silences leaves the frame of a
 // composition without it.
+#include <algorithm>
 #include <functional>
 
 #include "tests/contract/zam_fixture.h"
@@ -128,10 +129,58 @@ TEST(Camera, ALostQueryIsReportedAndDoesNotEndTheRender) {
     EXPECT_TRUE(Running(two_lights()).render().outcome.ok());
 }
 
-TEST(Camera, AZoomOfZeroGivesAnEmptyLayer) {
+TEST(Lights, OfEnormousIntensityFillTheirScreenBox) {
+    // The box of smooth edges reaches beyond all whole numbers, for a light of 1e9 percent as for one that is
+    // next to the camera's plane; there it makes no difference how near.
+    Composition comp = make_composition();
+    add_camera(comp, {32, 18, -50}, {32, 18, 0}, 50);
+    Layer& spot = add_spot(comp, {20, 5, 0}, {50, 30, 0});
+    spot.light.intensity = 1e9;
+    spot.light.cone_feather = 0.0;
+    Running strong(comp);
+    const Frame full = strong.render();
+    EXPECT_TRUE(full.outcome.ok());
+    EXPECT_EQ(*std::max_element(full.argb.begin(), full.argb.end()), 255);
+    strong.set("Spot Lights/Intensity", 0.00002);  // much the same light, with a box of the usual size
+    EXPECT_FALSE(is_black(strong.render()));
+
+    Layer& beside = *strong.comp.find_layer(spot.id);
+    beside.light.intensity = 100.0;
+    const auto at_depth = [&](double depth) {
+        beside.transform.position = Vec3{20, 18, -50 + depth};
+        beside.transform.point_of_interest = Vec3{36, 18, 0};
+        Running running(strong.comp);
+        return running.render();
+    };
+    EXPECT_FALSE(is_black(at_depth(1e-3)));
+    EXPECT_EQ(at_depth(1e-8).argb, at_depth(1e-3).argb);
+}
+
+TEST(Camera, ViewsOfNothingGiveAnEmptyLayer) {
+    const auto made_handles = [](Running& running) {
+        const std::vector<std::string>& calls = running.session.calls();
+        return std::count(calls.begin(), calls.end(), "Utils.host_new_handle");
+    };
+    Running usual(two_lights());
+    EXPECT_FALSE(is_black(usual.render()));
+    EXPECT_EQ(made_handles(usual), 4);
+    // Nothing is prepared for lights that are not drawn: a division by nothing would go unseen in the frame.
+    const auto expect_nothing = [&](Running running) {
+        const Frame frame = running.render();
+        EXPECT_TRUE(frame.outcome.ok());
+        EXPECT_TRUE(is_black(frame));
+        EXPECT_EQ(made_handles(running), 2);
+    };
     Composition flat = two_lights();
     add_camera(flat, {32, 18, -50}, {32, 18, 0}, 0.0);
-    EXPECT_TRUE(is_black(Running(flat).render()));
+    expect_nothing(Running(flat));
+    for (const PF_RationalScale nothing : {PF_RationalScale{0, 1}, PF_RationalScale{1, 0}}) {
+        for (const auto ratio :
+             {&PF_InData::pixel_aspect_ratio, &PF_InData::downsample_x, &PF_InData::downsample_y}) {
+            expect_nothing(
+                Running(two_lights(), {.amend_in_data = [=](PF_InData& in) { in.*ratio = nothing; }}));
+        }
+    }
 }
 
 }  // namespace

@@ -31,39 +31,45 @@ template <class V, int kTerms>
     return Halves<0, kTerms>(c, powers);
 }
 
-// The angle of the point (x, y) above the x axis, for y >= 0: 0 to pi. Not for x = y = 0. In two halves, which a loop may
-// run one after the other: the quotient of the smaller and the larger coordinate, and the angle from it.
+// The angle of the point (x, y) above the x axis, for y >= 0: 0 to pi. Not for x = y = 0.
+//
+// With the smaller coordinate over the larger, q, the angle is atan(q) from the nearer axis; beyond pi/8 it is pi/4 and the
+// arc tangent of (q - 1) / (q + 1). In two halves, which a loop may run one after the other: the quotient, and the angle
+// from it.
+template <class V>
+struct NearerAxis {
+    V smaller_one, larger_one;
+    decltype(V() < V()) beyond;  // pi/8
+
+    [[gnu::always_inline]] NearerAxis(V y, V x)
+        : smaller_one(smaller(y, Abs(x))),
+          larger_one(larger(y, Abs(x))),
+          beyond(smaller_one > 0.4142135623730951 * larger_one) {}
+};
 template <class V>
 [[gnu::always_inline]] inline V AngleQuotient(V y, V x) {
-    const V width = Abs(x);
-    return Quotient(smaller(y, width), larger(y, width));
+    const NearerAxis<V> axis(y, x);
+    return Quotient(select(axis.beyond, axis.smaller_one - axis.larger_one, axis.smaller_one),
+                    select(axis.beyond, axis.smaller_one + axis.larger_one, axis.larger_one));
 }
 template <class V>
 [[gnu::always_inline]] inline V AngleFromQuotient(V q, V y, V x) {
-    // atan(sqrt(z)) / sqrt(z) for 0 <= z <= 1; 3.3e-17
+    // atan(sqrt(z)) / sqrt(z) for 0 <= z <= tan(pi/8)^2; 3.47e-17
     static constexpr double kAtan[] = {
         1.0,
-        -0.333333333333307,
-        0.1999999999964796,
-        -0.14285714266926733,
-        0.11111110578002083,
-        -0.09090899793217341,
-        0.07692198997458294,
-        -0.06665764910689723,
-        0.058768281144872724,
-        -0.052374234719188166,
-        0.04668745304848529,
-        -0.040811247503178855,
-        0.03387126702700675,
-        -0.02556862364437174,
-        0.01671959606350739,
-        -0.00899108054265826,
-        0.003751138483965141,
-        -0.0011252544302234645,
-        0.00021423810738603946,
-        -1.93423475928923e-05,
+        -0.3333333333332844,
+        0.1999999999885511,
+        -0.14285714180976467,
+        0.11111106180455946,
+        -0.09090773074808414,
+        0.07689953496306857,
+        -0.06640233930429408,
+        0.056883492268090106,
+        -0.04348052215716462,
+        0.021135373157693246,
     };
-    const V angle = q * Polynomial(kAtan, q * q);
+    const V base = select(NearerAxis<V>(y, x).beyond, V(0.25 * kPi), V(0.0));
+    const V angle = MulAdd(q, Polynomial(kAtan, q * q), base);
     const V from_axis = select(y > Abs(x), 0.5 * kPi - angle, angle);
     return select(x < 0.0, kPi - from_axis, from_axis);
 }

@@ -61,48 +61,56 @@ template <class V>
     return {t, v, MulAdd(v, v, ray.w2)};
 }
 
-// (atan(v1 / w) - atan(v0 / w)) for t0 <= t1; w = sqrt(w2).
+// atan(v1 / w) - atan(v0 / w) for t0 <= t1; aw = a w, w = sqrt(w2).
 template <class V>
-[[gnu::always_inline]] inline V AngleBetween(const FogRay<V>& ray, V w, const FogEnd<V>& from,
+[[gnu::always_inline]] inline V AngleBetween(const FogRay<V>& ray, V aw, const FogEnd<V>& from,
                                              const FogEnd<V>& to) {
-    return AngleAbove(ray.a * (to.t - from.t) * w, MulAdd(from.v, to.v, ray.w2));
+    return AngleAbove(aw * (to.t - from.t), MulAdd(from.v, to.v, ray.w2));
 }
 
-// log(g1 / g0); s = sqrt(s2) of both ends.
+// An end's g = v + s as the quotient over / under, with s = sqrt(s2).
 template <class V>
-[[gnu::always_inline]] inline V LogBetween(const FogRay<V>& ray, const FogEnd<V>& from, V from_s,
-                                           const FogEnd<V>& to, V to_s) {
-    const auto from_before = from.v < 0.0, to_before = to.v < 0.0;
-    const V from_sum = from_s + Abs(from.v), to_sum = to_s + Abs(to.v);
-    const V over = select(to_before, ray.w2, to_sum) * select(from_before, from_sum, V(1.0));
-    const V under = select(from_before, ray.w2, from_sum) * select(to_before, to_sum, V(1.0));
-    return LogOfQuotient(over, under);
+struct LogEnd {
+    V s, over, under;
+};
+template <class V>
+[[gnu::always_inline]] inline LogEnd<V> MakeLogEnd(V w2, V v, V s) {
+    const auto before = v < 0.0;
+    const V sum = s + Abs(v);
+    return {s, select(before, w2, sum), select(before, sum, V(1.0))};
+}
+// log(g1 / g0)
+template <class V>
+[[gnu::always_inline]] inline V LogBetween(const LogEnd<V>& from, const LogEnd<V>& to) {
+    return LogOfQuotient(to.over * from.under, from.over * to.under);
 }
 
 // "Natural": Integral of 1 / Q. Plain: F = 2 i atan((2 a t + b) i),  i = 1 / sqrt(4 a (p.p + 1) - b^2) = 1 / (2 w).
 template <class V>
 struct NaturalFog {
     FogRay<V> ray;
-    V inv_w, w;
+    V inv_w, aw;
 
-    explicit NaturalFog(const FogRay<V>& fog_ray)
-        : ray(fog_ray), inv_w(ReciprocalRoot(fog_ray.w2)), w(fog_ray.w2 * inv_w) {}
+    [[gnu::always_inline]] explicit NaturalFog(const FogRay<V>& fog_ray)
+        : ray(fog_ray), inv_w(ReciprocalRoot(fog_ray.w2)), aw(fog_ray.a * (fog_ray.w2 * inv_w)) {}
 
-    V Integrate(const FogEnd<V>& from, const FogEnd<V>& to) const {
-        return AngleBetween(ray, w, from, to) * inv_w;
+    [[gnu::always_inline]] V Integrate(const FogEnd<V>& from, const FogEnd<V>& to) const {
+        return AngleBetween(ray, aw, from, to) * inv_w;
     }
 
     // Integral of w / Q. Plain, with D = b^2 - 4 a u = -4 w2, u = p.p + 1:
     //   F = [(alpha t + beta) / sqrt(Q) - cosOuter 2 i atan((2 a t + b) i)] / (cosInner - cosOuter)
     //   alpha = 2 (b k + 2 a dp) / D,  beta = 2 (2 u k + b dp) / D
-    // With t = (v + rp) / a the first term is (m v - k w2) / (w2 sqrt(a) sqrt(a Q)).
-    V Rational(const FogEnd<V>& end) const {
-        return (ray.m * end.v - ray.k * ray.w2) * ReciprocalRoot(end.s2) * (inv_w * inv_w) * ray.inv_root_a;
+    // With t = (v + rp) / a the first term is (m v - k w2) / (w2 sqrt(a) sqrt(a Q)). This is that of one end, times
+    // w2 sqrt(a).
+    [[gnu::always_inline]] V Rational(const FogEnd<V>& end) const {
+        return NegMulAdd(ray.k, ray.w2, ray.m * end.v) * ReciprocalRoot(end.s2);
     }
-    V IntegrateConeF(const _OptSpotData& cone, const FogEnd<V>& from, V from_rational, const FogEnd<V>& to,
-                     V to_rational) const {
-        const V angular = Integrate(from, to) * cone.cosOuter;
-        return (to_rational - from_rational - angular) * cone.invFeather;
+    [[gnu::always_inline]] V IntegrateConeF(const _OptSpotData& cone, const FogEnd<V>& from, V from_rational,
+                                            const FogEnd<V>& to, V to_rational) const {
+        const V rational = (to_rational - from_rational) * (inv_w * ray.inv_root_a);
+        const V angular = AngleBetween(ray, aw, from, to) * cone.cosOuter;
+        return (rational - angular) * inv_w * cone.invFeather;
     }
 };
 
@@ -110,25 +118,28 @@ struct NaturalFog {
 template <class V>
 struct DistanceFog {
     FogRay<V> ray;
-    V inv_w, w;
+    V inv_w, aw;
 
-    explicit DistanceFog(const FogRay<V>& fog_ray)
-        : ray(fog_ray), inv_w(ReciprocalRoot(fog_ray.w2)), w(fog_ray.w2 * inv_w) {}
+    [[gnu::always_inline]] explicit DistanceFog(const FogRay<V>& fog_ray)
+        : ray(fog_ray), inv_w(ReciprocalRoot(fog_ray.w2)), aw(fog_ray.a * (fog_ray.w2 * inv_w)) {}
 
-    V Integrate(const FogEnd<V>& from, V from_s, const FogEnd<V>& to, V to_s) const {
-        return LogBetween(ray, from, from_s, to, to_s) * ray.inv_root_a;
+    [[gnu::always_inline]] LogEnd<V> Logarithmic(const FogEnd<V>& end) const {
+        return MakeLogEnd(ray.w2, end.v, Root(end.s2));
+    }
+    [[gnu::always_inline]] V Integrate(const FogEnd<V>& from, const FogEnd<V>& to) const {
+        return LogBetween(Logarithmic(from), Logarithmic(to)) * ray.inv_root_a;
     }
 
     // Integral of w / sqrt(Q). Plain:
     //   F = [G i atan((b + 2 a t) i) + k log(Q) + H log(2 sqrt(Q) + (b + 2 a t) / sqrt(a))] / N
     //   G = -2 (b k + 2 a dp) = 4 m,  H = -2 cosOuter sqrt(a),  N = 2 a (cosInner - cosOuter)
-    V IntegrateConeF(const _OptSpotData& cone, const FogEnd<V>& from, V from_s, const FogEnd<V>& to,
-                     V to_s) const {
-        const V angular = ray.m * inv_w * AngleBetween(ray, w, from, to);
+    [[gnu::always_inline]] V IntegrateConeF(const _OptSpotData& cone, const FogEnd<V>& from,
+                                            const LogEnd<V>& from_log, const FogEnd<V>& to,
+                                            const LogEnd<V>& to_log) const {
+        const V angular = ray.m * inv_w * AngleBetween(ray, aw, from, to);
         const V logs = 0.5 * ray.k * LogOfQuotient(to.s2, from.s2);
-        const V inv_a = ray.inv_root_a * ray.inv_root_a;
-        return ((angular + logs) * inv_a - Integrate(from, from_s, to, to_s) * cone.cosOuter) *
-               cone.invFeather;
+        const V beside = (angular + logs) * ray.inv_root_a;
+        return (beside - LogBetween(from_log, to_log) * cone.cosOuter) * (ray.inv_root_a * cone.invFeather);
     }
 };
 
@@ -137,16 +148,24 @@ struct DistanceFog {
 //   M = b k + 2 a dp = -2 m,  L = 2 a sqrt(a)
 // A ray through the apex has m = 0 and loses w2 to rounding; the logarithm is dropped there.
 template <class V>
-[[gnu::always_inline]] inline V IntegrateConstConeF(const FogRay<V>& ray, const _OptSpotData& cone,
-                                                    const FogEnd<V>& from, V from_s, const FogEnd<V>& to,
-                                                    V to_s) {
-    const V inv_a = ray.inv_root_a * ray.inv_root_a;
-    const auto legal = ray.w2 > 0.0;
-    FogRay<V> safe = ray;
-    safe.w2 = select(legal, ray.w2, V(1.0));
-    const V logs = select(legal, ray.m * LogBetween(safe, from, from_s, to, to_s), V(0.0));
-    const V roots = ray.k * (to_s - from_s);
-    return ((roots + logs) * inv_a * ray.inv_root_a - (to.t - from.t) * cone.cosOuter) * cone.invFeather;
-}
+struct ConstantFog {
+    FogRay<V> ray;
+
+    [[gnu::always_inline]] static V Integrate(const FogEnd<V>& from, const FogEnd<V>& to) {
+        return to.t - from.t;
+    }
+    [[gnu::always_inline]] LogEnd<V> Logarithmic(const FogEnd<V>& end) const {
+        constexpr double kLeast = 1e-100;  // through the apex, where the root only has to be legal
+        return MakeLogEnd(larger(ray.w2, V(kLeast)), end.v, Root(larger(end.s2, V(kLeast))));
+    }
+    [[gnu::always_inline]] V IntegrateConeF(const _OptSpotData& cone, const FogEnd<V>& from,
+                                            const LogEnd<V>& from_log, const FogEnd<V>& to,
+                                            const LogEnd<V>& to_log) const {
+        const V logs = select(ray.w2 > 0.0, ray.m * LogBetween(from_log, to_log), V(0.0));
+        const V roots = ray.k * (to_log.s - from_log.s);
+        const V inv_a = ray.inv_root_a * ray.inv_root_a;
+        return ((roots + logs) * inv_a * ray.inv_root_a - (to.t - from.t) * cone.cosOuter) * cone.invFeather;
+    }
+};
 
 }  // namespace zam

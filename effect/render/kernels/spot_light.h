@@ -26,28 +26,69 @@ struct ConeStretches {
     V f_in, f_out;  // inside the outer cone; with a feather only
 };
 
-// An end with what each model wants to know of it: the natural model the rational part of its feather, the others
-// sqrt(s2).
-template <class V>
-struct KnownEnd {
-    FogEnd<V> end;
-    V known;
-};
 template <class Mask, class V>
-KnownEnd<V> choose(Mask mask, const KnownEnd<V>& a, const KnownEnd<V>& b) {
-    return {
-        {select(mask, a.end.t, b.end.t), select(mask, a.end.v, b.end.v), select(mask, a.end.s2, b.end.s2)},
-        select(mask, a.known, b.known)};
+[[gnu::always_inline]] inline FogEnd<V> select_end(Mask mask, const FogEnd<V>& a, const FogEnd<V>& b) {
+    return {select(mask, a.t, b.t), select(mask, a.v, b.v), select(mask, a.s2, b.s2)};
 }
 
+// A light as SumOfPieces takes it: an end of a stretch with what the model wants to know of it, the integral in the inner
+// cone and the one in the feather.
+template <class V>
+struct NaturalLight {
+    struct End {
+        FogEnd<V> at;
+        V rational;
+    };
+    NaturalFog<V> fog;
+    const _OptSpotData& cone;
+
+    [[gnu::always_inline]] FogEnd<V> at(V t) const { return MakeFogEnd(fog.ray, t); }
+    [[gnu::always_inline]] V main_of(const FogEnd<V>& from, const FogEnd<V>& to) const {
+        return fog.Integrate(from, to);
+    }
+    [[gnu::always_inline]] End for_feather(const FogEnd<V>& end) const { return {end, fog.Rational(end)}; }
+    [[gnu::always_inline]] V feather_of(const End& from, const End& to) const {
+        return fog.IntegrateConeF(cone, from.at, from.rational, to.at, to.rational);
+    }
+    template <class Mask>
+    [[gnu::always_inline]] static End choose(Mask mask, const End& a, const End& b) {
+        return {select_end(mask, a.at, b.at), select(mask, a.rational, b.rational)};
+    }
+};
+
+// The distance and constant models, whose ends have logarithms.
+template <class V, class Fog>
+struct LogarithmicLight {
+    struct End {
+        FogEnd<V> at;
+        LogEnd<V> log;
+    };
+    Fog fog;
+    const _OptSpotData& cone;
+
+    [[gnu::always_inline]] FogEnd<V> at(V t) const { return MakeFogEnd(fog.ray, t); }
+    [[gnu::always_inline]] V main_of(const FogEnd<V>& from, const FogEnd<V>& to) const {
+        return fog.Integrate(from, to);
+    }
+    [[gnu::always_inline]] End for_feather(const FogEnd<V>& end) const { return {end, fog.Logarithmic(end)}; }
+    [[gnu::always_inline]] V feather_of(const End& from, const End& to) const {
+        return fog.IntegrateConeF(cone, from.at, from.log, to.at, to.log);
+    }
+    template <class Mask>
+    [[gnu::always_inline]] static End choose(Mask mask, const End& a, const End& b) {
+        return {select_end(mask, a.at, b.at),
+                {select(mask, a.log.s, b.log.s), select(mask, a.log.over, b.log.over),
+                 select(mask, a.log.under, b.log.under)}};
+    }
+};
+
 // Adds up the pieces of a stretch: the inner cone's, and with a feather the near and the far part of the outer cone,
-// or all of that where the inner one gives nothing. Light makes `end_at(t)` of an end and integrates from one end to
-// another: `main_of` in the inner cone, `feather_of` in the feather, where a negative piece counts as none.
+// or all of that where the inner one gives nothing. A negative piece of the feather counts as none.
 template <bool kFeathered, class V, class Light>
 [[gnu::always_inline]] inline V SumOfPieces(const ConeStretches<V>& s, const Light& light) {
     const V zero(0.0);
     const auto inside = s.t_out - s.t_in > 0.0;
-    const auto t_in = light.end_at(s.t_in), t_out = light.end_at(s.t_out);
+    const FogEnd<V> t_in = light.at(s.t_in), t_out = light.at(s.t_out);
     V main = zero;
     if (any(inside)) {
         main = light.main_of(t_in, t_out);
@@ -56,68 +97,22 @@ template <bool kFeathered, class V, class Light>
     if constexpr (!kFeathered) return main;
 
     const auto split = main > 0.0;
-    const auto f_in = light.end_at(s.f_in), f_out = light.end_at(s.f_out);
-    const auto near_end = choose(split, t_in, f_out);
-    const auto near_holds = near_end.end.t - f_in.end.t > 0.0;
-    const auto far_holds = split & (f_out.end.t - t_out.end.t > 0.0);
+    const FogEnd<V> f_in = light.at(s.f_in), f_out = light.at(s.f_out);
+    const auto near_holds = select(split, s.t_in, s.f_out) - s.f_in > 0.0;
+    const auto far_holds = split & (s.f_out - s.t_out > 0.0);
+    if (!any(near_holds | far_holds)) return main;
+    const auto end_in = light.for_feather(t_in), end_out = light.for_feather(f_out);
     V sum = main;
-    if (any(near_holds))
-        sum = sum + select(near_holds, at_least_zero(light.feather_of(f_in, near_end)), zero);
-    if (any(far_holds)) sum = sum + select(far_holds, at_least_zero(light.feather_of(t_out, f_out)), zero);
+    if (any(near_holds)) {
+        const V near = light.feather_of(light.for_feather(f_in), Light::choose(split, end_in, end_out));
+        sum = sum + select(near_holds, at_least_zero(near), zero);
+    }
+    if (any(far_holds)) {
+        sum =
+            sum + select(far_holds, at_least_zero(light.feather_of(light.for_feather(t_out), end_out)), zero);
+    }
     return sum;
 }
-
-template <bool kFeathered, class V>
-struct NaturalLight {
-    NaturalFog<V> fog;
-    const _OptSpotData& cone;
-
-    KnownEnd<V> end_at(V t) const {
-        const FogEnd<V> end = MakeFogEnd(fog.ray, t);
-        return {end, kFeathered ? fog.Rational(end) : V(0.0)};
-    }
-    V main_of(const KnownEnd<V>& from, const KnownEnd<V>& to) const {
-        return fog.Integrate(from.end, to.end);
-    }
-    V feather_of(const KnownEnd<V>& from, const KnownEnd<V>& to) const {
-        return fog.IntegrateConeF(cone, from.end, from.known, to.end, to.known);
-    }
-};
-
-template <class V>
-struct DistanceLight {
-    DistanceFog<V> fog;
-    const _OptSpotData& cone;
-
-    KnownEnd<V> end_at(V t) const {
-        const FogEnd<V> end = MakeFogEnd(fog.ray, t);
-        return {end, Root(end.s2)};
-    }
-    V main_of(const KnownEnd<V>& from, const KnownEnd<V>& to) const {
-        return fog.Integrate(from.end, from.known, to.end, to.known);
-    }
-    V feather_of(const KnownEnd<V>& from, const KnownEnd<V>& to) const {
-        return fog.IntegrateConeF(cone, from.end, from.known, to.end, to.known);
-    }
-};
-
-// Through the apex the true distance vanishes; its root only has to be legal there.
-inline constexpr double kLeastSquare = 1e-100;
-
-template <bool kFeathered, class V>
-struct ConstantLight {
-    FogRay<V> ray;
-    const _OptSpotData& cone;
-
-    KnownEnd<V> end_at(V t) const {
-        const FogEnd<V> end = MakeFogEnd(ray, t);
-        return {end, kFeathered ? Root(larger(end.s2, V(kLeastSquare))) : V(0.0)};
-    }
-    V main_of(const KnownEnd<V>& from, const KnownEnd<V>& to) const { return to.end.t - from.end.t; }
-    V feather_of(const KnownEnd<V>& from, const KnownEnd<V>& to) const {
-        return IntegrateConstConeF(ray, cone, from.end, from.known, to.end, to.known);
-    }
-};
 
 // S for these pixels. `refine` are those inside the light's screen box.
 template <SpotModel kModel, bool kFeathered, class V, class Mask>
@@ -150,12 +145,11 @@ template <SpotModel kModel, bool kFeathered, class V, class Mask>
 
     const FogRay<V> fog = MakeFogRay(r.a, r.inv_root_a, ray, cone, kModel == SpotModel::constant ? 0.0 : 1.0);
     if constexpr (kModel == SpotModel::natural) {
-        return frame.spotScale *
-               SumOfPieces<kFeathered>(s, NaturalLight<kFeathered, V>{NaturalFog<V>(fog), cone});
+        return frame.spotScale * SumOfPieces<kFeathered>(s, NaturalLight<V>{NaturalFog<V>(fog), cone});
     } else if constexpr (kModel == SpotModel::distance) {
-        return SumOfPieces<kFeathered>(s, DistanceLight<V>{DistanceFog<V>(fog), cone});
+        return SumOfPieces<kFeathered>(s, LogarithmicLight<V, DistanceFog<V>>{DistanceFog<V>(fog), cone});
     } else {
-        return cone.invOpening * SumOfPieces<kFeathered>(s, ConstantLight<kFeathered, V>{fog, cone});
+        return cone.invOpening * SumOfPieces<kFeathered>(s, LogarithmicLight<V, ConstantFog<V>>{{fog}, cone});
     }
 }
 

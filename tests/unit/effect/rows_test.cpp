@@ -247,6 +247,26 @@ TEST_F(RowsTest, DegenerateRays) {
     EXPECT_GT(lit_, 50000);
 }
 
+// Points so far away that rounding takes all of the glow's width from it, seen through pixels that hit them.
+TEST_F(RowsTest, FarPoints) {
+    const double far = 1 << 30;
+    Scene scene;
+    scene.width = 40;
+    scene.height = 20;
+    scene.zoom = 16.0;
+    scene.points.model = 2;
+    for (const Vec3 direction : {Vec3{0, 0, 1}, Vec3{0.75, 0, 1}, Vec3{0.25, -0.25, -1}}) {
+        _VisLightStruct light;
+        light.pos = {direction.x * far, direction.y * far, direction.z * far};
+        light.color = {1.0, 0.5, 0.25};
+        light.intensity = 0.01;
+        scene.point_lights.push_back(light);
+    }
+    const Frame frame(scene);
+    for (A_long y = 0; y < scene.height; ++y) Compare(frame, y, "far points");
+    EXPECT_GE(lit_, 2 * 4);
+}
+
 // Light so weak that the look's power leaves none of it: pixels stay as they were.
 TEST_F(RowsTest, LostPowers) {
     test::Random random(8);

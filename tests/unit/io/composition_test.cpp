@@ -138,6 +138,10 @@ TEST_F(EveryKey, SpotLight) {
     EXPECT_TRUE(light.casts_shadows);
     EXPECT_EQ(light.shadow_darkness.at(0), 80.0);
     EXPECT_EQ(light.shadow_diffusion.at(0), 12.0);
+    EXPECT_EQ(light.falloff.at(9.5), 1.0);
+    EXPECT_EQ(light.falloff.at(10), 2.0);
+    EXPECT_EQ(light.falloff_start.at(0), 30.0);
+    EXPECT_EQ(light.falloff_distance.at(5), 50.0);
 }
 
 TEST_F(EveryKey, OtherLayers) {
@@ -167,7 +171,7 @@ TEST_F(EveryKey, Controls) {
     ASSERT_EQ(controls.size(), 6u);
     EXPECT_EQ(controls[0].control, "Look");
     EXPECT_EQ(controls[0].value.constant, host::ControlValue(std::string("Strong")));
-    EXPECT_THAT(controls[0].where, testing::EndsWith("every_key.json:35:7"));
+    EXPECT_THAT(controls[0].where, testing::EndsWith("every_key.json:36:7"));
     EXPECT_EQ(controls[1].control, "Spot Lights/Intensity");
     EXPECT_EQ(controls[2].value.at(5), host::ControlValue(15.0));
     EXPECT_EQ(controls[3].value.constant, host::ControlValue(false));

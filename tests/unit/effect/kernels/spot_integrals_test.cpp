@@ -19,16 +19,16 @@ Integrals closed_forms(const test::SpotCase& c, double t0, double t1) {
     const FogRay<double> soft = MakeFogRay(c.a, inv_root_a, opt, c.opt, 1.0);
     const FogRay<double> sharp = MakeFogRay(c.a, inv_root_a, opt, c.opt, 0.0);
     const FogEnd<double> from = MakeFogEnd(soft, t0), to = MakeFogEnd(soft, t1);
-    const double from_s = std::sqrt(from.s2), to_s = std::sqrt(to.s2);
     const NaturalFog<double> natural(soft);
     const DistanceFog<double> distance(soft);
+    const ConstantFog<double> constant{sharp};
     const FogEnd<double> sharp_from = MakeFogEnd(sharp, t0), sharp_to = MakeFogEnd(sharp, t1);
     return {natural.Integrate(from, to),
             natural.IntegrateConeF(c.opt, from, natural.Rational(from), to, natural.Rational(to)),
-            distance.Integrate(from, from_s, to, to_s),
-            distance.IntegrateConeF(c.opt, from, from_s, to, to_s),
-            IntegrateConstConeF(sharp, c.opt, sharp_from, std::sqrt(std::max(sharp_from.s2, 1e-100)),
-                                sharp_to, std::sqrt(std::max(sharp_to.s2, 1e-100)))};
+            distance.Integrate(from, to),
+            distance.IntegrateConeF(c.opt, from, distance.Logarithmic(from), to, distance.Logarithmic(to)),
+            constant.IntegrateConeF(c.opt, sharp_from, constant.Logarithmic(sharp_from), sharp_to,
+                                    constant.Logarithmic(sharp_to))};
 }
 
 // The same by quadrature of the definitions.

@@ -126,7 +126,7 @@ TEST(Control, ValuesThatDoNotFitAreRefusedWithTheWayOut) {
             ADD_FAILURE() << given.control << " was accepted instead of: " << message;
         } catch (const ControlError& error) {
             EXPECT_THAT(error.what(), HasSubstr(message));
-            EXPECT_THAT(error.what(), HasSubstr("stage.json:3:7: control \"" + given.control + "\""));
+            EXPECT_THAT(error.what(), HasSubstr("stage.json:3:7: control \"" + given.control + "\": "));
         }
     }
 }
