@@ -7,6 +7,7 @@
 #include "cli/exit_code.h"
 #include "cli/messages.h"
 #include "cli/render.h"
+#include "cli/version.h"
 #include "io/png_writer.h"
 #include "io/scene_error.h"
 #include "io/text.h"
@@ -54,7 +55,7 @@ void run(CLI::App& app, CLI::App* render_command, const RenderOptions& render_op
 
 ExitCode main(int argc, char** argv) {
     CLI::App app("Renders the light of a composition's 3D lights, made visible by the plug-in.", "zam");
-    app.set_version_flag("--version", "zam " ZAM_VERSION);
+    app.set_version_flag("--version", [] { return version_text(ZAM_VERSION); });
     app.footer(kExitCodes);
     app.allow_extras();
     RenderOptions render_options;

@@ -4,6 +4,7 @@
 #include "effect/entry/version.h"
 #include "effect/params/params.h"
 #include "effect/render/render.h"
+#include "effect/render/rows.h"
 #include "effect/scene/host_memory.h"
 #include "effect/scene/sequence_data.h"
 
@@ -12,8 +13,10 @@ namespace {
 
 // Two lines, with the carriage return between them that the host wants.
 PF_Err About(PF_InData* in_data, PF_OutData* out_data) {
+    A_char credit[PF_MAX_EFFECT_MSG_LEN] = {};
+    in_data->utils->ansi.sprintf(credit, kCreditLine, ChosenTarget().name);
     in_data->utils->ansi.sprintf(out_data->return_msg, "%s, v%d.%d.%d\r%s", kEffectName, kMajorVersion,
-                                 kMinorVersion, kBugfixVersion, kCreditLine);
+                                 kMinorVersion, kBugfixVersion, credit);
     return PF_Err_NONE;
 }
 

@@ -7,7 +7,8 @@ namespace zam {
 
 inline constexpr char kEffectName[] = "Zam";
 inline constexpr int kMajorVersion = 1, kMinorVersion = 1, kBugfixVersion = 1;
-inline constexpr char kCreditLine[] = "Exact haze, solved in closed form. Visualize 3D Lights";
+// The about text's second line; %s is the row target in use.
+inline constexpr char kCreditLine[] = "Haze in closed form, rows on %s. Visualize 3D Lights";
 
 inline constexpr A_u_long kVersionWord =
     (kMajorVersion << PF_Vers_VERS_SHIFT) | (kMinorVersion << PF_Vers_SUBVERS_SHIFT) |

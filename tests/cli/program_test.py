@@ -97,7 +97,12 @@ class Program(unittest.TestCase):
             self.assertEqual(run.returncode, 0)
             for code in range(6):
                 self.assertRegex(run.stdout, rf"(?m)^ *{code}  \w")
-        self.assertRegex(self.zam("--version").stdout, r"^zam \d+\.\d+\.\d+\n$")
+
+    def test_version_names_the_target_in_use(self):
+        for target in ("scalar", "avx2"):
+            run = subprocess.run([PROGRAM, "--version"], capture_output=True, text=True, env={**os.environ, "ZAM_TARGET": target})
+            self.assertEqual(run.returncode, 0)
+            self.assertRegex(run.stdout, r"^zam \d+\.\d+\.\d+\nZam, v\d+\.\d+\.\d+\n.*rows on (scalar|avx2)\. Visualize 3D Lights\n$")
 
     def test_wrong_usage(self):
         out = ["-o", "out/a.####.png"]
