@@ -142,11 +142,11 @@ class LayerReader {
     void check_fitting_members() const {
         const Names own = names_of(layer_.kind, layer_.light.type);
         const Names allowed = kEveryLayer + own;
+        const std::string a_kind = (kind_text_[0] == 'a' ? "an " : "a ") + kind_text_;
         for (const JsonValue& member : value_.children)
             if (std::find(allowed.begin(), allowed.end(), member.name) == allowed.end())
-                throw document_.error_at_name(member,
-                                              subject_ + ": a " + kind_text_ + " has no " + member.name,
-                                              "a " + kind_text_ + " takes " + join_or(own));
+                throw document_.error_at_name(member, subject_ + ": " + a_kind + " has no " + member.name,
+                                              a_kind + " takes " + join_or(own));
     }
 
     void read_common() {

@@ -98,6 +98,11 @@ TEST_F(SuitesTest, StreamsBelongToTheirKindsOfLayers) {
     EXPECT_EQ(value.one_d, 60.0);
     EXPECT_EQ(ask(kLight, AEGP_LayerStream_COLOR), 0);
     EXPECT_EQ(value.color.alphaF + value.color.blueF, 2.0);
+    composition.find_layer(kLight)->light.falloff_start.keys = {{0, 100.0}, {20, 300.0}};
+    EXPECT_EQ(ask(kLight, AEGP_LayerStream_LIGHT_FALLOFF_START), 0);
+    EXPECT_EQ(value.one_d, 150.0);
+    EXPECT_EQ(ask(kLight, AEGP_LayerStream_LIGHT_FALLOFF_DISTANCE), 0);
+    EXPECT_EQ(value.one_d, 500.0);
     EXPECT_EQ(ask(kCamera, AEGP_LayerStream_ZOOM), 0);
     EXPECT_EQ(value.one_d, 500.0);
     EXPECT_NE(ask(kLight, AEGP_LayerStream_ZOOM), 0);
