@@ -1,12 +1,10 @@
 #pragma once
 // A row on any lane type: included once by each file of a target (rows_scalar.cpp, rows_avx2.cpp ...), compiled for it.
 // The pixel loop is inside the light loop, over blocks of a row; each pixel still adds its lights in array order.
-#include <cstring>
-
-#include "effect/render/kernels/look.h"
 #include "effect/render/kernels/point_lights.h"
 #include "effect/render/kernels/spot_light.h"
 #include "effect/render/render_data.h"
+#include "effect/render/row_finish.h"
 #include "effect/render/spans.h"
 
 namespace zam {
@@ -33,14 +31,17 @@ class RowRenderer {
             StartBlock();
             AddPointLights();
             if (spots_on_) AddSpotLights();
-            frame_.deep ? WriteBlock<PF_Pixel16, A_u_short, 16>(reinterpret_cast<PF_Pixel16*>(out))
-                        : WriteBlock<PF_Pixel, A_u_char, 8>(out);
+            if (frame_.deep) {
+                WriteBlock<V, A_u_short>(frame_, sums_, count_, reinterpret_cast<PF_Pixel16*>(out) + first_);
+            } else {
+                WriteBlock<V, A_u_char>(frame_, sums_, count_, out + first_);
+            }
         }
     }
 
   private:
     static constexpr int kLanes = LanesOf<V>::kCount;
-    static constexpr int kBlock = 256;  // pixels; what a block needs fits the stack and the first cache
+    static constexpr int kBlock = RowSums::kBlock;
     static_assert(kBlock % kLanes == 0);
     static constexpr int kKnownColumns = 256;  // spot lights whose columns are kept for the whole row
 
@@ -57,10 +58,10 @@ class RowRenderer {
             Store(a_ + i, a);
             Store(inv_root_a_ + i, ReciprocalRoot(a));
             const V zero(0.0);
-            Store(red_ + i, zero);
-            Store(green_ + i, zero);
-            Store(blue_ + i, zero);
-            Store(alpha_ + i, zero);
+            Store(sums_.red + i, zero);
+            Store(sums_.green + i, zero);
+            Store(sums_.blue + i, zero);
+            Store(sums_.alpha + i, zero);
         }
     }
 
@@ -75,10 +76,10 @@ class RowRenderer {
     }
 
     void Add(int i, V red, V green, V blue, V alpha) {
-        Store(red_ + i, Load(red_ + i) + red);
-        Store(green_ + i, Load(green_ + i) + green);
-        Store(blue_ + i, Load(blue_ + i) + blue);
-        Store(alpha_ + i, Load(alpha_ + i) + alpha);
+        Store(sums_.red + i, Load(sums_.red + i) + red);
+        Store(sums_.green + i, Load(sums_.green + i) + green);
+        Store(sums_.blue + i, Load(sums_.blue + i) + blue);
+        Store(sums_.alpha + i, Load(sums_.alpha + i) + alpha);
     }
     // A light's strength and colour: `value` times each, squared where the look wants it.
     struct Tint {
@@ -94,10 +95,10 @@ class RowRenderer {
         const auto add = [&](double* sums, double strength) {
             Store(sums + i, MulAdd(v, L(strength), LanesOf<L>::Load(sums + i)));
         };
-        add(red_, tint.red);
-        add(green_, tint.green);
-        add(blue_, tint.blue);
-        add(alpha_, tint.alpha);
+        add(sums_.red, tint.red);
+        add(sums_.green, tint.green);
+        add(sums_.blue, tint.blue);
+        add(sums_.alpha, tint.alpha);
     }
 
     // r.p along the row.
@@ -172,8 +173,8 @@ class RowRenderer {
         }
         for (int i = 0; i < count; i += kLanes) {
             const V dx = Load(dx_ + i);
-            V red = Load(red_ + i), green = Load(green_ + i), blue = Load(blue_ + i),
-              alpha = Load(alpha_ + i);
+            V red = Load(sums_.red + i), green = Load(sums_.green + i), blue = Load(sums_.blue + i),
+              alpha = Load(sums_.alpha + i);
             for (int n = 0; n < kLights; ++n) {
                 const V angle = AngleFromQuotient(Load(quotient_[n] + i), Load(rho_[n] + i), -dot[n](dx));
                 const V glow = angle * Load(inv_rho_[n] + i);
@@ -183,10 +184,10 @@ class RowRenderer {
                 blue = MulAdd(v, V(tint[n].blue), blue);
                 alpha = MulAdd(v, V(tint[n].alpha), alpha);
             }
-            Store(red_ + i, red);
-            Store(green_ + i, green);
-            Store(blue_ + i, blue);
-            Store(alpha_ + i, alpha);
+            Store(sums_.red + i, red);
+            Store(sums_.green + i, green);
+            Store(sums_.blue + i, blue);
+            Store(sums_.alpha + i, alpha);
         }
     }
 
@@ -273,76 +274,17 @@ class RowRenderer {
         }
     }
 
-    // Straight colour with alpha; pixels without light keep what the frame was cleared to.
-    template <class Pixel, class Channel, int kBits>
-    void WriteBlock(Pixel* row) {
-        constexpr double kFull = kBits == 8 ? PF_MAX_CHAN8 : PF_MAX_CHAN16;
-        const std::int32_t look = frame_.look;
-        const double inv_gamma = frame_.invGamma;
-        const V zero(0.0), one(1.0);
-        for (int i = 0; i < count_; i += kLanes) {
-            const V sum = Load(alpha_ + i);
-            const auto has_light = sum > 0.0;
-            if (!any(has_light)) continue;
-            const auto shape = [&](const double* sums) {
-                return ShapeByLook(look, inv_gamma, Load(sums + i));
-            };
-            const V alpha = ShapeByLook(look, inv_gamma, select(has_light, sum, one));
-            const auto lit = has_light & (alpha != 0.0);  // the power of a small gamma may have lost it
-            const V k = Reciprocal(select(lit, alpha, one));
-            V values[4] = {alpha, shape(red_) * k, shape(green_) * k, shape(blue_) * k};
-
-            // Nearly always all are between 0 and full scale; the rest is left to the rules of ChannelCode.
-            const V least = smaller(smaller(values[1], values[2]), values[3]);
-            const V most = larger(larger(values[1], values[2]), values[3]);
-            const V total = values[1] + values[2] + values[3];
-            const auto usual = lit & (least >= 0.0) & (most < 1.00001) & (total == total);
-            Pixel* pixels = row + first_ + i;
-            std::uint64_t words[kLanes];
-            StorePacked(words, Code(usual, alpha, kFull), Code(usual, values[1], kFull),
-                        Code(usual, values[2], kFull), Code(usual, values[3], kFull), kBits);
-            const int lanes = count_ - i < kLanes ? count_ - i : kLanes;
-            if (lanes == kLanes && !any(!usual)) {
-                for (int lane = 0; lane < kLanes; ++lane)
-                    std::memcpy(pixels + lane, &words[lane], sizeof(Pixel));
-                continue;
-            }
-            double is_lit[kLanes], is_usual[kLanes], channels[4][kLanes];
-            Store(is_lit, select(lit, one, zero));
-            Store(is_usual, select(usual, one, zero));
-            for (int c = 0; c < 4; ++c) Store(channels[c], values[c]);
-            for (int lane = 0; lane < lanes; ++lane) {
-                if (is_lit[lane] == 0.0) continue;
-                if (is_usual[lane] != 0.0) {
-                    std::memcpy(pixels + lane, &words[lane], sizeof(Pixel));
-                } else {
-                    pixels[lane] = {ChannelCode<Channel>(channels[0][lane], kFull),
-                                    ChannelCode<Channel>(channels[1][lane], kFull),
-                                    ChannelCode<Channel>(channels[2][lane], kFull),
-                                    ChannelCode<Channel>(channels[3][lane], kFull)};
-                }
-            }
-        }
-    }
-    template <class Mask>
-    static V Code(Mask usual, V value, double full) {
-        return MulAdd(select(usual, value, V(0.0)), V(full), V(0.5));
-    }
-
     const _RenderData& frame_;
     A_long y_;
     double dy_;
     bool squared_, spots_on_;
     int first_ = 0, count_ = 0;  // of the block, pixels
     Columns spot_columns_[kKnownColumns];
-    // Rays (dx, dy, 1) of the block with a = |ray|^2, and the sums of light.
+    // Rays (dx, dy, 1) of the block with a = |ray|^2.
     alignas(64) double dx_[kBlock];
     alignas(64) double a_[kBlock];
     alignas(64) double inv_root_a_[kBlock];
-    alignas(64) double red_[kBlock];
-    alignas(64) double green_[kBlock];
-    alignas(64) double blue_[kBlock];
-    alignas(64) double alpha_[kBlock];
+    RowSums sums_;
     // Between the loops of a natural point light.
     alignas(64) double rho_[2][kBlock];
     alignas(64) double inv_rho_[2][kBlock];
