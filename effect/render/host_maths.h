@@ -1,5 +1,5 @@
 #pragma once
-// The maths policy that takes everything from the host's callbacks.
+// The maths of a frame's set-up, which comes from the host's callbacks.
 #include "hostapi/effect.h"
 
 namespace zam {
@@ -9,9 +9,6 @@ struct HostMaths {
     explicit HostMaths(const PF_InData* in_data) : ansi(&in_data->utils->ansi) {}
 
     [[nodiscard]] double sqrt(double v) const { return ansi->sqrt(v); }
-    [[nodiscard]] double fabs(double v) const { return ansi->fabs(v); }
-    [[nodiscard]] double atan(double v) const { return ansi->atan(v); }
-    [[nodiscard]] double log(double v) const { return ansi->log(v); }
     [[nodiscard]] double cos(double v) const { return ansi->cos(v); }
     [[nodiscard]] double tan(double v) const { return ansi->tan(v); }
     [[nodiscard]] double pow(double v, double exponent) const { return ansi->pow(v, exponent); }

@@ -85,7 +85,8 @@ template <class V>
     return LogOfQuotient(to.over * from.under, from.over * to.under);
 }
 
-// "Natural": Integral of 1 / Q. Plain: F = 2 i atan((2 a t + b) i),  i = 1 / sqrt(4 a (p.p + 1) - b^2) = 1 / (2 w).
+// "Natural" (IntegrateNatural, IntegrateNaturalConeF): Integral of 1 / Q. Plain:
+//   F = 2 i atan((2 a t + b) i),  i = 1 / sqrt(4 a (p.p + 1) - b^2) = 1 / (2 w).
 template <class V>
 struct NaturalFog {
     FogRay<V> ray;
@@ -94,7 +95,7 @@ struct NaturalFog {
     [[gnu::always_inline]] explicit NaturalFog(const FogRay<V>& fog_ray)
         : ray(fog_ray), inv_w(ReciprocalRoot(fog_ray.w2)), aw(fog_ray.a * (fog_ray.w2 * inv_w)) {}
 
-    [[gnu::always_inline]] V Integrate(const FogEnd<V>& from, const FogEnd<V>& to) const {
+    [[gnu::always_inline]] V IntegrateNatural(const FogEnd<V>& from, const FogEnd<V>& to) const {
         return AngleBetween(ray, aw, from, to) * inv_w;
     }
 
@@ -106,15 +107,17 @@ struct NaturalFog {
     [[gnu::always_inline]] V Rational(const FogEnd<V>& end) const {
         return NegMulAdd(ray.k, ray.w2, ray.m * end.v) * ReciprocalRoot(end.s2);
     }
-    [[gnu::always_inline]] V IntegrateConeF(const _OptSpotData& cone, const FogEnd<V>& from, V from_rational,
-                                            const FogEnd<V>& to, V to_rational) const {
+    [[gnu::always_inline]] V IntegrateNaturalConeF(const _OptSpotData& cone, const FogEnd<V>& from,
+                                                   V from_rational, const FogEnd<V>& to,
+                                                   V to_rational) const {
         const V rational = (to_rational - from_rational) * (inv_w * ray.inv_root_a);
         const V angular = AngleBetween(ray, aw, from, to) * cone.cosOuter;
         return (rational - angular) * inv_w * cone.invFeather;
     }
 };
 
-// "Distance": Integral of 1 / sqrt(Q). Plain: F = log((2 a t + b) / sqrt(a) + 2 sqrt(Q)) / sqrt(a).
+// "Distance" (IntegrateDistance, IntegrateDistanceConeF): Integral of 1 / sqrt(Q). Plain:
+//   F = log((2 a t + b) / sqrt(a) + 2 sqrt(Q)) / sqrt(a).
 template <class V>
 struct DistanceFog {
     FogRay<V> ray;
@@ -143,7 +146,7 @@ struct DistanceFog {
     }
 };
 
-// "Constant" with a feather: Integral of w with the true cosine. Plain:
+// "Constant" with a feather (IntegrateConstConeF): Integral of w with the true cosine. Plain:
 //   F = [cosOuter t - k sqrt(Q0) / a + M log((2 a t + b) / sqrt(a) + 2 sqrt(Q0)) / L] / (cosOuter - cosInner)
 //   M = b k + 2 a dp = -2 m,  L = 2 a sqrt(a)
 // A ray through the apex has m = 0 and loses w2 to rounding; the logarithm is dropped there.

@@ -44,11 +44,11 @@ struct NaturalLight {
 
     [[gnu::always_inline]] FogEnd<V> at(V t) const { return MakeFogEnd(fog.ray, t); }
     [[gnu::always_inline]] V main_of(const FogEnd<V>& from, const FogEnd<V>& to) const {
-        return fog.Integrate(from, to);
+        return fog.IntegrateNatural(from, to);
     }
     [[gnu::always_inline]] End for_feather(const FogEnd<V>& end) const { return {end, fog.Rational(end)}; }
     [[gnu::always_inline]] V feather_of(const End& from, const End& to) const {
-        return fog.IntegrateConeF(cone, from.at, from.rational, to.at, to.rational);
+        return fog.IntegrateNaturalConeF(cone, from.at, from.rational, to.at, to.rational);
     }
     template <class Mask>
     [[gnu::always_inline]] static End choose(Mask mask, const End& a, const End& b) {

@@ -23,8 +23,8 @@ Integrals closed_forms(const test::SpotCase& c, double t0, double t1) {
     const DistanceFog<double> distance(soft);
     const ConstantFog<double> constant{sharp};
     const FogEnd<double> sharp_from = MakeFogEnd(sharp, t0), sharp_to = MakeFogEnd(sharp, t1);
-    return {natural.Integrate(from, to),
-            natural.IntegrateConeF(c.opt, from, natural.Rational(from), to, natural.Rational(to)),
+    return {natural.IntegrateNatural(from, to),
+            natural.IntegrateNaturalConeF(c.opt, from, natural.Rational(from), to, natural.Rational(to)),
             distance.Integrate(from, to),
             distance.IntegrateConeF(c.opt, from, distance.Logarithmic(from), to, distance.Logarithmic(to)),
             constant.IntegrateConeF(c.opt, sharp_from, constant.Logarithmic(sharp_from), sharp_to,
