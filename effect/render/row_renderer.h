@@ -144,6 +144,7 @@ class RowRenderer {
         }
     }
 
+    // Three short loops: within each, neighbouring lanes do not wait for one another.
     template <bool kFar, int kLights>
     void AddNaturalPoints(int first, const PointSettings& settings) {
         Tint tint[kLights];

@@ -29,35 +29,49 @@ A_Err FindLightByName(const AEGP_SuiteHandler& suites, PF_InData* in_data, const
     });
 }
 
+struct FoundLight {
+    AEGP_LayerH layer = nullptr;  // null when no light has the name
+    A_Time comp_time{0, 1};
+    A_Matrix4 world{};
+};
+
+A_Err FindLightAt(const AEGP_SuiteHandler& suites, PF_InData* in_data, A_long what_time, A_u_long time_scale,
+                  const char* name, int* light_type, FoundLight* light) {
+    *light_type = kNoLight;
+    if (const A_Err err = GetCompTime(suites, in_data, what_time, time_scale, &light->comp_time)) return err;
+    if (const A_Err err = FindLightByName(suites, in_data, name, light_type, &light->layer)) return err;
+    if (!light->layer) return A_Err_NONE;
+    return suites.Layer5()->AEGP_GetLayerToWorldXform(light->layer, &light->comp_time, &light->world);
+}
+
 }  // namespace
 
 ZAM_EXPORT A_Err GetLightByName(PF_InData* in_data, A_long what_time, A_u_long time_scale, const char* name,
                                 int* light_type, float* position, float* axes, float* color,
                                 float* cone_angle, float* cone_feather) {
-    *light_type = kNoLight;
     const AEGP_SuiteHandler suites(in_data->pica_basicP);
-    A_Time comp_time;
-    if (const A_Err err = GetCompTime(suites, in_data, what_time, time_scale, &comp_time)) return err;
-    AEGP_LayerH layer = nullptr;
-    if (const A_Err err = FindLightByName(suites, in_data, name, light_type, &layer)) return err;
-    if (!layer) return A_Err_NONE;
-
-    A_Matrix4 world{};
-    if (const A_Err err = suites.Layer5()->AEGP_GetLayerToWorldXform(layer, &comp_time, &world)) return err;
+    FoundLight light;
+    if (const A_Err err = FindLightAt(suites, in_data, what_time, time_scale, name, light_type, &light))
+        return err;
+    if (!light.layer) return A_Err_NONE;
     for (int i = 0; i < 3; ++i) {
-        position[i] = static_cast<float>(world.mat[3][i]);
-        for (int axis = 0; axis < 3; ++axis) axes[3 * axis + i] = static_cast<float>(world.mat[axis][i]);
+        position[i] = static_cast<float>(light.world.mat[3][i]);
+        for (int axis = 0; axis < 3; ++axis)
+            axes[3 * axis + i] = static_cast<float>(light.world.mat[axis][i]);
     }
     AEGP_StreamVal value{};
-    if (const A_Err err = GetStreamAt(suites, layer, AEGP_LayerStream_COLOR, comp_time, &value)) return err;
+    if (const A_Err err = GetStreamAt(suites, light.layer, AEGP_LayerStream_COLOR, light.comp_time, &value))
+        return err;
     color[0] = static_cast<float>(value.color.redF);
     color[1] = static_cast<float>(value.color.greenF);
     color[2] = static_cast<float>(value.color.blueF);
     if (*light_type != AEGP_LightType_SPOT) return A_Err_NONE;
-    if (const A_Err err = GetStreamAt(suites, layer, AEGP_LayerStream_CONE_ANGLE, comp_time, &value))
+    if (const A_Err err =
+            GetStreamAt(suites, light.layer, AEGP_LayerStream_CONE_ANGLE, light.comp_time, &value))
         return err;
     *cone_angle = static_cast<float>(value.one_d * kRadiansPerDegree);
-    if (const A_Err err = GetStreamAt(suites, layer, AEGP_LayerStream_CONE_FEATHER, comp_time, &value))
+    if (const A_Err err =
+            GetStreamAt(suites, light.layer, AEGP_LayerStream_CONE_FEATHER, light.comp_time, &value))
         return err;
     *cone_feather = static_cast<float>(value.one_d * kPercent);
     return A_Err_NONE;
@@ -65,18 +79,14 @@ ZAM_EXPORT A_Err GetLightByName(PF_InData* in_data, A_long what_time, A_u_long t
 
 ZAM_EXPORT A_Err PGetLightPos(PF_InData* in_data, A_long what_time, A_u_long time_scale, const char* name,
                               int* light_type, float* x, float* y, float* z) {
-    *light_type = kNoLight;
     const AEGP_SuiteHandler suites(in_data->pica_basicP);
-    A_Time comp_time;
-    if (const A_Err err = GetCompTime(suites, in_data, what_time, time_scale, &comp_time)) return err;
-    AEGP_LayerH layer = nullptr;
-    if (const A_Err err = FindLightByName(suites, in_data, name, light_type, &layer)) return err;
-    if (!layer) return A_Err_NONE;
-    A_Matrix4 world{};
-    if (const A_Err err = suites.Layer5()->AEGP_GetLayerToWorldXform(layer, &comp_time, &world)) return err;
-    *x = static_cast<float>(world.mat[3][0]);
-    *y = static_cast<float>(world.mat[3][1]);
-    *z = static_cast<float>(world.mat[3][2]);
+    FoundLight light;
+    if (const A_Err err = FindLightAt(suites, in_data, what_time, time_scale, name, light_type, &light))
+        return err;
+    if (!light.layer) return A_Err_NONE;
+    *x = static_cast<float>(light.world.mat[3][0]);
+    *y = static_cast<float>(light.world.mat[3][1]);
+    *z = static_cast<float>(light.world.mat[3][2]);
     return A_Err_NONE;
 }
 
