@@ -2,19 +2,9 @@
 // The end of a row: from sums of light to pixels.
 #include <cstring>
 
-#include "effect/render/kernels/look.h"
-#include "effect/render/render_data.h"
+#include "effect/render/row_block.h"
 
 namespace zam {
-
-// Sums of light of a block of a row; what a block needs fits the stack and the first cache.
-struct RowSums {
-    static constexpr int kBlock = 256;  // pixels
-    alignas(64) double red[kBlock];
-    alignas(64) double green[kBlock];
-    alignas(64) double blue[kBlock];
-    alignas(64) double alpha[kBlock];
-};
 
 // value * full + 0.5, whose whole part is the channel's code; 0 in lanes that another rule will write.
 template <class Mask, class V>
@@ -24,23 +14,22 @@ template <class Mask, class V>
 
 // Straight colour with alpha; pixels without light keep what the frame was cleared to.
 template <class V, class Channel, class Pixel>
-void WriteBlock(const _RenderData& frame, const RowSums& sums, int count, Pixel* row) {
-    constexpr int kLanes = LanesOf<V>::kCount, kBits = 8 * sizeof(Channel);
+void WriteBlock(const RowBlock<V>& block, Pixel* row) {
+    constexpr int kLanes = RowBlock<V>::kLanes, kBits = 8 * sizeof(Channel);
     constexpr double kFull = kBits == 8 ? PF_MAX_CHAN8 : PF_MAX_CHAN16;
-    const std::int32_t look = frame.look;
-    const double inv_gamma = frame.invGamma;
+    const std::int32_t look = block.frame.look;
+    const double inv_gamma = block.frame.invGamma;
+    const int count = block.count;
     const V zero(0.0), one(1.0);
     for (int i = 0; i < count; i += kLanes) {
-        const V sum = LanesOf<V>::Load(sums.alpha + i);
+        const V sum = Load<V>(block.alpha + i);
         const auto has_light = sum > 0.0;
         if (!any(has_light)) continue;
-        const auto shape = [&](const double* of) {
-            return ShapeByLook(look, inv_gamma, LanesOf<V>::Load(of + i));
-        };
+        const auto shape = [&](const double* of) { return ShapeByLook(look, inv_gamma, Load<V>(of + i)); };
         const V alpha = ShapeByLook(look, inv_gamma, select(has_light, sum, one));
         const auto lit = has_light & (alpha != 0.0);  // the power of a small gamma may have lost it
         const V k = Reciprocal(select(lit, alpha, one));
-        V values[4] = {alpha, shape(sums.red) * k, shape(sums.green) * k, shape(sums.blue) * k};
+        V values[4] = {alpha, shape(block.red) * k, shape(block.green) * k, shape(block.blue) * k};
 
         // Nearly always all are between 0 and full scale; the rest is left to the rules of ChannelCode.
         const V least = smaller(smaller(values[1], values[2]), values[3]);

@@ -20,7 +20,7 @@ PROGRAM, ROOT = sys.argv[1], pathlib.Path(sys.argv[2])
 SCENE = {
     "size": [32, 20], "duration": 12, "work_area": [3, 4],
     "layers": [
-        {"kind": "light", "position": [4, 10, 20], "point_of_interest": [28, 10, 15], "cone_angle": 40, "color": [1, 0.5, 0],
+        {"kind": "light", "position": [4, 10, 20], "point_of_interest": [28, 10, 15], "cone_angle": 40, "color": [1, 0.6, 0],
          "intensity": {"keys": [[0, 2], [11, 20]]}},
         {"kind": "solid", "name": "Wall", "size": [20, 20], "position": [16, 10, 0], "rotation_y": 60},
     ],
@@ -176,7 +176,7 @@ class Program(unittest.TestCase):
                 full = 255 if depth == 8 else 65535
                 self.assertTrue(full / 20 < brightest(samples) < full, "too dark or too bright to tell")
                 lit = next(samples[i:i + 3] for i in range(0, len(samples), 4) if samples[i + 3])
-                self.assertEqual(lit, [full, full // 2 + 1, 0])
+                self.assertEqual(lit, [full, round(0.6 * full), 0])
 
     def test_over_lays_the_light_on_a_colour(self):
         for depth, full in ((8, 255), (16, 65535)):

@@ -28,7 +28,7 @@ struct PointSettings {
 // Here with half of everything, rho = R / 2 and rp = -b / 2: pi - 2 atan(-rp / rho) is twice the angle of the point
 // (-rp, rho) above the axis, so
 //            G = 2 k^(1/4) * AngleAbove(rho, -rp) / rho,       rho^2 = a (p.p + k^2) - rp^2
-// A row computes this in three short loops (RowRenderer::AddNaturalPoints), within which the operations of neighbouring
+// A row computes this in three short loops (PointRows::AddNatural), within which the operations of neighbouring
 // lanes do not wait for each other: rho and 1 / rho, the angle's quotient, and the rest.
 //
 // rho^2, in which kFar guards against its loss to rounding, for lights far away: it is at least a k^2.

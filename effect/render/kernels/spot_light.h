@@ -17,7 +17,7 @@ struct SpotFrame {
 template <class V>
 struct SpotRays {
     V x, y, dx, dy;
-    V a, inv_root_a;  // r.r, and 1 / sqrt(r.r)
+    V a;  // r.r
 };
 
 template <class V>
@@ -26,102 +26,67 @@ struct ConeStretches {
     V f_in, f_out;  // inside the outer cone; with a feather only
 };
 
-template <class Mask, class V>
-[[gnu::always_inline]] inline FogEnd<V> select_end(Mask mask, const FogEnd<V>& a, const FogEnd<V>& b) {
-    return {select(mask, a.t, b.t), select(mask, a.v, b.v), select(mask, a.s2, b.s2)};
+// A feather's integral from that of the cosine and the plain one; a negative one counts as none.
+template <class V>
+[[gnu::always_inline]] inline V Feather(const _OptSpotData& cone, V cosine, V plain) {
+    return at_least_zero((cosine - cone.cosOuter * plain) * cone.invFeather);
+}
+template <class V, class Fog, class End>
+[[gnu::always_inline]] inline V FeatherOf(const Fog& fog, const _OptSpotData& cone, const End& from,
+                                          const End& to) {
+    return Feather(cone, fog.IntegrateCosine(from, to), fog.Integrate(from, to));
+}
+// The near and the far one each for itself. Out of the way: few pixels need it.
+template <class V, class Fog, class End>
+[[gnu::noinline, gnu::cold]] V FeathersApart(Fog fog, const _OptSpotData& cone, FeatherEnds<End> ends) {
+    return FeatherOf<V>(fog, cone, ends.f_in, ends.t_in) + FeatherOf<V>(fog, cone, ends.t_out, ends.f_out);
 }
 
-// A light as SumOfPieces takes it: an end of a stretch with what the model wants to know of it, the integral in the inner
-// cone and the one in the feather.
-template <class V>
-struct NaturalLight {
-    struct End {
-        FogEnd<V> at;
-        V rational;
-    };
-    NaturalFog<V> fog;
-    const _OptSpotData& cone;
-
-    [[gnu::always_inline]] FogEnd<V> at(V t) const { return MakeFogEnd(fog.ray, t); }
-    [[gnu::always_inline]] V main_of(const FogEnd<V>& from, const FogEnd<V>& to) const {
-        return fog.IntegrateNatural(from, to);
-    }
-    [[gnu::always_inline]] End for_feather(const FogEnd<V>& end) const { return {end, fog.Rational(end)}; }
-    [[gnu::always_inline]] V feather_of(const End& from, const End& to) const {
-        return fog.IntegrateNaturalConeF(cone, from.at, from.rational, to.at, to.rational);
-    }
-    template <class Mask>
-    [[gnu::always_inline]] static End choose(Mask mask, const End& a, const End& b) {
-        return {select_end(mask, a.at, b.at), select(mask, a.rational, b.rational)};
-    }
-};
-
-// The distance and constant models, whose ends have logarithms.
-template <class V, class Fog>
-struct LogarithmicLight {
-    struct End {
-        FogEnd<V> at;
-        LogEnd<V> log;
-    };
-    Fog fog;
-    const _OptSpotData& cone;
-
-    [[gnu::always_inline]] FogEnd<V> at(V t) const { return MakeFogEnd(fog.ray, t); }
-    [[gnu::always_inline]] V main_of(const FogEnd<V>& from, const FogEnd<V>& to) const {
-        return fog.Integrate(from, to);
-    }
-    [[gnu::always_inline]] End for_feather(const FogEnd<V>& end) const { return {end, fog.Logarithmic(end)}; }
-    [[gnu::always_inline]] V feather_of(const End& from, const End& to) const {
-        return fog.IntegrateConeF(cone, from.at, from.log, to.at, to.log);
-    }
-    template <class Mask>
-    [[gnu::always_inline]] static End choose(Mask mask, const End& a, const End& b) {
-        return {select_end(mask, a.at, b.at),
-                {select(mask, a.log.s, b.log.s), select(mask, a.log.over, b.log.over),
-                 select(mask, a.log.under, b.log.under)}};
-    }
-};
-
-// Adds up the pieces of a stretch: the inner cone's, and with a feather the near and the far part of the outer cone,
-// or all of that where the inner one gives nothing. A negative piece of the feather counts as none.
-template <bool kFeathered, class V, class Light>
-[[gnu::always_inline]] inline V SumOfPieces(const ConeStretches<V>& s, const Light& light) {
+// The inner cone's stretch and, with a feather, the near and the far stretch beside it, or all of the outer cone's where
+// the inner cone has none. A stretch of the feather that comes out negative counts as none.
+template <bool kFeathered, class V, class Fog>
+[[gnu::always_inline]] inline V SumOfPieces(const ConeStretches<V>& s, const Fog& fog,
+                                            const _OptSpotData& cone) {
+    using End = typename Fog::End;
     const V zero(0.0);
-    const auto inside = s.t_out - s.t_in > 0.0;
-    const FogEnd<V> t_in = light.at(s.t_in), t_out = light.at(s.t_out);
+    const auto split = s.t_out > s.t_in;
+    // Without an inner stretch, none at the end of the outer one.
+    const V inner_from = kFeathered ? select(split, s.t_in, s.f_out) : s.t_in;
+    const V inner_to = kFeathered ? select(split, s.t_out, s.f_out) : s.t_out;
+    const End t_in = fog.At(inner_from), t_out = fog.At(inner_to);
     V main = zero;
-    if (any(inside)) {
-        main = light.main_of(t_in, t_out);
-        main = select(inside & (main == main), main, zero);
+    if (any(split)) {
+        main = fog.Integrate(t_in, t_out);
+        main = select(split & (main == main), main, zero);
     }
     if constexpr (!kFeathered) return main;
 
-    const auto split = main > 0.0;
-    const FogEnd<V> f_in = light.at(s.f_in), f_out = light.at(s.f_out);
-    const auto near_holds = select(split, s.t_in, s.f_out) - s.f_in > 0.0;
-    const auto far_holds = split & (s.f_out - s.t_out > 0.0);
-    if (!any(near_holds | far_holds)) return main;
-    const auto end_in = light.for_feather(t_in), end_out = light.for_feather(f_out);
-    V sum = main;
-    if (any(near_holds)) {
-        const V near = light.feather_of(light.for_feather(f_in), Light::choose(split, end_in, end_out));
-        sum = sum + select(near_holds, at_least_zero(near), zero);
+    const bool near = any(inner_from > s.f_in), far = any(s.f_out > inner_to);
+    if (!near && !far) return main;
+    End from = t_out, to = t_in;
+    // Ends that refinement has moved past each other leave no stretch between.
+    if (near) from = fog.At(smaller(s.f_in, inner_from));
+    if (far) to = fog.At(larger(s.f_out, inner_to));
+    if (!(near && far)) return main + FeatherOf<V>(fog, cone, from, to);
+
+    const FeatherEnds<End> ends{from, t_in, t_out, to};
+    V feather = Feather(cone, fog.IntegrateCosine(ends), fog.Integrate(from, to) - main);
+    const auto apart =
+        split & !(fog.KnownNotNegative(cone, from, t_in) & fog.KnownNotNegative(cone, t_out, to));
+    if (any(apart)) [[unlikely]] {
+        feather = select(apart, FeathersApart<V>(fog, cone, ends), feather);
     }
-    if (any(far_holds)) {
-        sum =
-            sum + select(far_holds, at_least_zero(light.feather_of(light.for_feather(t_out), end_out)), zero);
-    }
-    return sum;
+    return main + feather;
 }
 
-// S for these pixels. `refine` are those inside the light's screen box.
+// Where the rays are in the light's cones. `refine` are those inside the light's screen box.
 template <SpotModel kModel, bool kFeathered, class V, class Mask>
-[[gnu::always_inline]] inline V SpotScattering(const SpotFrame& frame, const _VisLightStruct& light,
-                                               const _OptSpotData& cone, const SpotRays<V>& r, Mask refine) {
+[[gnu::always_inline]] inline ConeStretches<V> StretchesOf(const SpotFrame& frame,
+                                                           const _VisLightStruct& light,
+                                                           const _OptSpotData& cone, const SpotRays<V>& r,
+                                                           const _RayOpt<V>& ray, Mask refine) {
     const _LightData& spot = frame.settings;
     const V one(1.0), zero(0.0);
-
-    const _RayOpt<V> ray = MakeRayOpt(r.dx, r.dy, one, light);
     const BetweenCaps<V> caps = IntersectCaps(spot, light, cone, ray, r.dx, r.dy, one);
     ConeStretches<V> s{zero, zero, zero, zero};
     IntersectRayWithCone(light, cone, ray, caps, r.dx, r.dy, one, r.a, cone.coneCInner, cone.cosInnerSq,
@@ -131,25 +96,30 @@ template <SpotModel kModel, bool kFeathered, class V, class Mask>
                              &s.f_in, &s.f_out);
     }
     if (kModel == SpotModel::natural && any(refine)) {
+        const FirstSamples<V> first = MakeFirstSamples(spot, light, cone, frame.rays, r.x, r.y);
         const auto blend = [&](double cone_c, double cos_sq, V* near, V* far) {
-            V blended_near, blended_far;
-            RefineIntersection(spot, light, cone, frame.rays, r.x, r.y, *near, *far, cone_c, cos_sq,
-                               &blended_near, &blended_far);
+            V blended_near = *near, blended_far = *far;
+            RefineIntersection(spot, light, cone, frame.rays, r.x, r.y, first, cone_c, cos_sq, &blended_near,
+                               &blended_far);
             *near = select(refine, blended_near, *near);
             *far = select(refine, blended_far, *far);
         };
         blend(cone.coneCInner, cone.cosInnerSq, &s.t_in, &s.t_out);
         if constexpr (kFeathered) blend(cone.coneCOuter, cone.cosOuterSq, &s.f_in, &s.f_out);
     }
-    if (!any((s.t_out > s.t_in) | (s.f_out > s.f_in))) return zero;
+    return s;
+}
 
-    const FogRay<V> fog = MakeFogRay(r.a, r.inv_root_a, ray, cone, kModel == SpotModel::constant ? 0.0 : 1.0);
+// S for these pixels.
+template <SpotModel kModel, bool kFeathered, class V>
+[[gnu::always_inline]] inline V SpotScattering(const SpotFrame& frame, const _OptSpotData& cone,
+                                               const FogRay<V>& fog, const ConeStretches<V>& s) {
     if constexpr (kModel == SpotModel::natural) {
-        return frame.spotScale * SumOfPieces<kFeathered>(s, NaturalLight<V>{NaturalFog<V>(fog), cone});
+        return frame.spotScale * SumOfPieces<kFeathered>(s, NaturalFog<V>(fog), cone);
     } else if constexpr (kModel == SpotModel::distance) {
-        return SumOfPieces<kFeathered>(s, LogarithmicLight<V, DistanceFog<V>>{DistanceFog<V>(fog), cone});
+        return SumOfPieces<kFeathered>(s, DistanceFog<V>(fog), cone);
     } else {
-        return cone.invOpening * SumOfPieces<kFeathered>(s, LogarithmicLight<V, ConstantFog<V>>{{fog}, cone});
+        return cone.invOpening * SumOfPieces<kFeathered>(s, ConstantFog<V>{fog}, cone);
     }
 }
 

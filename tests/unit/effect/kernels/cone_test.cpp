@@ -145,9 +145,10 @@ Refined refine(const test::SpotCase& c, double px, double py) {
     test::derive(pixel);
     Refined r;
     r.own = r.blended = intersect(pixel, false);
-    RefineIntersection(pixel.settings, pixel.light, pixel.opt, PixelRays{0.01, 1.0, 1.0, 200, 100}, px, py,
-                       r.own.near, r.own.far, pixel.opt.coneCInner, pixel.opt.cosInnerSq, &r.blended.near,
-                       &r.blended.far);
+    const PixelRays rays{0.01, 1.0, 1.0, 200, 100};
+    const FirstSamples<double> first = MakeFirstSamples(pixel.settings, pixel.light, pixel.opt, rays, px, py);
+    RefineIntersection(pixel.settings, pixel.light, pixel.opt, rays, px, py, first, pixel.opt.coneCInner,
+                       pixel.opt.cosInnerSq, &r.blended.near, &r.blended.far);
     return r;
 }
 
