@@ -153,8 +153,9 @@ struct NaturalFog {
     // angle0), and the mean of a cosine over less than half a turn is at least that of its ends, if that is not negative.
     [[gnu::always_inline]] auto KnownNotNegative(const _OptSpotData& cone, const End& from,
                                                  const End& to) const {
-        const auto cosine = [&](const End& end) { return (ray.k * end.t - cone.axisDotPos) * end.inv_s; };
-        return cosine(from) + cosine(to) >= 2.0 * cone.cosOuter * ray.inv_root_a;
+        const auto depth = [this](const End& end) { return MulAdd(ray.k, end.v, ray.m); };  // a (k t - dp)
+        const V cosines = MulAdd(depth(from), from.inv_s, depth(to) * to.inv_s);
+        return cosines >= 2.0 * cone.cosOuter * (ray.a * ray.inv_root_a);
     }
 };
 

@@ -56,8 +56,7 @@ template <bool kFeathered, class V, class Fog>
     const End t_in = fog.At(inner_from), t_out = fog.At(inner_to);
     V main = zero;
     if (any(split)) {
-        main = fog.Integrate(t_in, t_out);
-        main = select(split & (main == main), main, zero);
+        main = select(split, fog.Integrate(t_in, t_out), zero);
     }
     if constexpr (!kFeathered) return main;
 

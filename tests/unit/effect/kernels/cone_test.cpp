@@ -40,7 +40,7 @@ bool is_inside(const test::SpotCase& c, bool outer, long double t) {
 // The kernel's stretch agrees with the inside test at many points of the ray, except close to its own ends.
 void expect_same_inside(const test::SpotCase& c, bool outer, test::Random& random) {
     const Stretch s = intersect(c, outer);
-    ASSERT_TRUE(s.near >= 0.0 && s.far >= 0.0) << c;
+    ASSERT_TRUE(s.near >= 0.0 && std::isfinite(s.near) && std::isfinite(s.far)) << c;
     const double centre = (c.dx * c.light.pos.x + c.dy * c.light.pos.y + c.light.pos.z) / c.a;
     for (int i = 0; i < 60; ++i) {
         const double t = i < 30 ? random.between(0, 2) * std::fabs(centre) : random.over_decades(0.1, 20000);
@@ -100,7 +100,7 @@ TEST(Cone, DegenerateRays) {
     // Straight across the axis the apex's depth is held against the reach.
     c.dx = 0.0;
     test::derive(c);
-    EXPECT_EQ(intersect(c, false).far, 0.0);
+    EXPECT_TRUE(intersect(c, false).empty());
     c.light.radius = 1001;
     test::derive(c);
     EXPECT_TRUE(intersect(c, false).empty());  // touches the apex only
@@ -120,8 +120,7 @@ TEST(Cone, DegenerateRays) {
     EXPECT_NEAR(intersect(c, false).far, 300, 1e-9);
     c.light.radius = 50;  // all of it behind
     test::derive(c);
-    EXPECT_EQ(intersect(c, false).near, 0.0);
-    EXPECT_EQ(intersect(c, false).far, 0.0);
+    EXPECT_TRUE(intersect(c, false).empty());
 
     // Parallel to a generator: from the one root on.
     c.light.pos = {-100, 0, 500};

@@ -149,7 +149,7 @@ TEST(SpotIntegrals, StretchesKnownNotToBeNegativeAreNot) {
         c.dy = c.light.pos.y / depth + random.between(-3, 3) / depth;
         test::derive(c);
         const _RayOpt<double> products = MakeRayOpt(c.dx, c.dy, 1.0, c.light);
-        const BetweenCaps<double> caps{0.0, kFarthest, false};
+        const BetweenCaps<double> caps{0.0, kFarthest};
         double t[4];
         IntersectRayWithCone(c.light, c.opt, products, caps, c.dx, c.dy, 1.0, c.a, c.opt.coneCOuter,
                              c.opt.cosOuterSq, &t[0], &t[3]);
