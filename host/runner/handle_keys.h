@@ -14,10 +14,11 @@ enum class HandleKind : std::uint8_t { layer = 1, comp, item, stream, effect, in
 
 class HandleKeys {
   public:
-    HandleKeys() : session_(next_session().fetch_add(1) & kCounterMask) {}
+    HandleKeys()
+        : now_(kMark << 56 | std::uint64_t{next_session().fetch_add(1) & kCounterMask} << kSessionShift) {}
 
     // Handles are good for one command: those of earlier ones expire.
-    void next_command() { command_ = (command_ + 1) & kCounterMask; }
+    void next_command() { now_ = (now_ & ~kCommandMask) | ((now_ + kOneCommand) & kCommandMask); }
 
     template <class Handle>
     [[nodiscard]] Handle make(HandleKind kind, std::uint32_t payload) const {
@@ -28,7 +29,8 @@ class HandleKeys {
     template <class Handle>
     [[nodiscard]] std::uint32_t payload(HandleKind kind, Handle handle) const {
         const auto key = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(handle));
-        if ((key & ~kPayloadMask) == prefix(kind)) [[likely]]
+        if ((key ^ now_) >> kPayloadBits == std::uint64_t{static_cast<std::uint8_t>(kind)}
+                                                << (kKindShift - kPayloadBits)) [[likely]]
             return static_cast<std::uint32_t>(key);
         if (!handle) throw misuse("null ", kind);
         const bool is_ours = ((key ^ prefix(kind)) & ~(kPayloadMask | kCommandMask)) == 0;
@@ -45,20 +47,20 @@ class HandleKeys {
   private:
     // From the top: mark (8 bits), kind (4), session (10), command (10), payload (32).
     static constexpr std::uint64_t kMark = 0x5A;
+    static constexpr int kKindShift = 52, kSessionShift = 42, kPayloadBits = 32;
     static constexpr std::uint32_t kCounterMask = 0x3FF;
-    static constexpr std::uint64_t kPayloadMask = 0xFFFFFFFF, kCommandMask = std::uint64_t{0x3FF} << 32;
+    static constexpr std::uint64_t kPayloadMask = 0xFFFFFFFF, kOneCommand = std::uint64_t{1} << kPayloadBits,
+                                   kCommandMask = kCounterMask * kOneCommand;
 
     [[nodiscard]] std::uint64_t prefix(HandleKind kind) const {
-        return kMark << 56 | std::uint64_t{static_cast<std::uint8_t>(kind)} << 52 |
-               std::uint64_t{session_} << 42 | std::uint64_t{command_} << 32;
+        return now_ | std::uint64_t{static_cast<std::uint8_t>(kind)} << kKindShift;
     }
     static std::atomic<std::uint32_t>& next_session() {
         static std::atomic<std::uint32_t> number{1};
         return number;
     }
 
-    std::uint32_t session_;
-    std::uint32_t command_ = 0;
+    std::uint64_t now_;  // mark, session and command in their places
 };
 
 }  // namespace zam::host

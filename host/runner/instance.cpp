@@ -7,24 +7,55 @@
 namespace zam::host {
 namespace {
 
-thread_local Instance* running = nullptr;
-
 std::uint64_t number(const void* handle) { return reinterpret_cast<std::uintptr_t>(handle); }
 
 }  // namespace
 
+constinit const LayerHandles Instance::kNoLayers;
+constinit thread_local Instance* Instance::running_ = nullptr;
+constinit thread_local const LayerHandles* Instance::layers_at_hand_ = &kNoLayers;
+
 Instance::Instance(Composition& shown, SessionOptions wanted)
     : composition(shown), options(std::move(wanted)), rows(options.threads) {
-    log.set_plan(options.faults);
+    handles_.next_command(keys, comp_handle());
+    set_faults(options.faults);
+    record_calls(options.record_calls);
     memory.move_when_unlocked(options.move_unlocked_handles);
 }
 
-Instance* Instance::current() { return running; }
-Instance::Scope::Scope(Instance* instance) : before_(running) { running = instance; }
-Instance::Scope::~Scope() { running = before_; }
+void Instance::attend(bool on) {
+    if (attended == on) return;
+    attended = on;
+    handles_.withhold(on);
+}
 
-AEGP_LayerH Instance::handle(const Layer& layer) const {
-    return keys.make<AEGP_LayerH>(HandleKind::layer, static_cast<std::uint32_t>(layer.id));
+void Instance::set_faults(FaultPlan plan) {
+    log.set_plan(std::move(plan));
+    attend(log.listening());
+}
+
+void Instance::record_calls(bool on) {
+    log.record(on);
+    attend(log.listening());
+}
+
+AEGP_LayerH Instance::handle(const Layer& layer) {
+    return layer_at(static_cast<A_long>(&layer - composition.layers.data()));
+}
+
+AEGP_LayerH Instance::layer_at(A_long index) {
+    handles_.gather(composition);
+    const AEGP_LayerH found = handles_.look_at(static_cast<std::uint32_t>(index));
+    if (!found) throw Refusal{A_Err_PARAMETER};
+    return found;
+}
+
+const LayerHandles::Facts& Instance::facts(AEGP_LayerH handle) {
+    const std::uint32_t number = keys.payload(HandleKind::layer, handle);
+    handles_.gather(composition);
+    const LayerHandles::Facts* found = handles_.look(number);
+    if (!found) throw HandleKeys::misuse("expired ", HandleKind::layer);  // deleted meanwhile
+    return *found;
 }
 
 AEGP_CompH Instance::comp_handle() const { return keys.make<AEGP_CompH>(HandleKind::comp, 1); }
@@ -34,10 +65,12 @@ AEGP_ItemH Instance::item_handle(ItemId id) const {
 }
 
 Layer& Instance::layer(AEGP_LayerH handle) {
-    const auto id = static_cast<LayerId>(keys.payload(HandleKind::layer, handle));
-    Layer* found = layers.find(composition, id);
-    if (!found) throw HandleKeys::misuse("expired ", HandleKind::layer);  // deleted meanwhile
-    return *found;
+    const auto stands = [this](const LayerHandles::Facts& facts) {
+        const auto place = static_cast<std::size_t>(facts.place);
+        return place < composition.layers.size() && composition.layers[place].id == facts.id;
+    };
+    if (!stands(facts(handle))) changed();  // by somebody who did not say so
+    return composition.layers[static_cast<std::size_t>(facts(handle).place)];
 }
 
 void Instance::check(AEGP_CompH handle) const { (void)keys.payload(HandleKind::comp, handle); }
@@ -124,6 +157,7 @@ void Instance::begin(PF_Cmd new_command, double frame) {
     command_frame = frame;
     keys.next_command();
     streams_.clear();
+    handles_.next_command(keys, comp_handle());
     changed();  // between commands the composition is the application's
     ledger.begin(name_of(new_command));
 }

@@ -1,6 +1,7 @@
 #pragma once
 // All that the host has for one applied effect. Callbacks carry no context, or one that only the effect
 // vouches for; they find the instance whose command is running on their thread.
+#include <atomic>
 #include <mutex>
 #include <optional>
 #include <vector>
@@ -8,6 +9,7 @@
 #include "host/composition/layer_index.h"
 #include "host/composition/matrix.h"
 #include "host/runner/handle_keys.h"
+#include "host/runner/layer_handles.h"
 #include "host/runner/params_store.h"
 #include "host/runner/row_pool.h"
 #include "host/runner/session.h"
@@ -30,20 +32,45 @@ class Instance {
     Instance(Composition& shown, SessionOptions wanted);
 
     // The instance whose command runs on this thread; null outside of commands.
-    static Instance* current();
+    static Instance* current() { return running_; }
     class Scope {  // makes one current while it lives
       public:
-        explicit Scope(Instance* instance);
-        ~Scope();
+        explicit Scope(Instance* instance) : before_(running_) { enter(instance); }
+        ~Scope() { enter(before_); }
         Scope(const Scope&) = delete;
         Scope& operator=(const Scope&) = delete;
 
       private:
+        static void enter(Instance* instance) {
+            running_ = instance;
+            layers_at_hand_ = instance ? &instance->handles_ : &kNoLayers;
+        }
         Instance* before_;
     };
 
+    // Calls are noted and may be made to fail (log), or come from several threads (gate) while rows are iterated.
+    std::atomic<bool> attended{false};  // changes only while one thread alone makes calls
+    class SeveralThreads {              // while it lives
+      public:
+        explicit SeveralThreads(Instance& in) : in_(in), before_(in.attended) { in_.attend(true); }
+        ~SeveralThreads() { in_.attend(before_); }
+        SeveralThreads(const SeveralThreads&) = delete;
+        SeveralThreads& operator=(const SeveralThreads&) = delete;
+
+      private:
+        Instance& in_;
+        bool before_;
+    };
+    void set_faults(FaultPlan plan);
+    void record_calls(bool on);
+
     // Handles out and in. All of these throw Misuse for handles and times that are no good.
-    [[nodiscard]] AEGP_LayerH handle(const Layer& layer) const;
+    [[nodiscard]] AEGP_LayerH handle(const Layer& layer);
+    [[nodiscard]] AEGP_LayerH layer_at(A_long index);
+    [[nodiscard]] const LayerHandles::Facts& facts(AEGP_LayerH handle);
+
+    // For the calls that walks are made of: what is at hand there needs no further check, for nobody attends.
+    static const LayerHandles& layers_at_hand() { return *layers_at_hand_; }
     [[nodiscard]] AEGP_CompH comp_handle() const;
     [[nodiscard]] AEGP_ItemH item_handle(ItemId id) const;  // kCompItem: the composition itself
     [[nodiscard]] Layer& layer(AEGP_LayerH handle);
@@ -69,14 +96,17 @@ class Instance {
     void must_be_changeable() const;
     void must_allow_new_streams() const;
     // After any change to layers: forgets what was remembered of them.
-    void changed() { some_solo_.reset(); }
+    void changed() {
+        some_solo_.reset();
+        handles_.changed();
+    }
 
     void begin(PF_Cmd command, double frame);
 
     static constexpr ItemId kCompItem = -1;
     static const char* name_of(PF_Cmd command);
 
-    std::mutex gate;  // one callback at a time, but for iterate's rows
+    std::mutex gate;  // while attended: one callback at a time, but for iterate's rows
     Composition& composition;
     const SessionOptions options;
     CallLog log;
@@ -96,6 +126,13 @@ class Instance {
     [[nodiscard]] World& world(const PF_EffectWorld* shown, const char* which);
 
   private:
+    void attend(bool on);
+
+    // The model spares each call a call.
+    [[gnu::tls_model("initial-exec")]] static constinit thread_local Instance* running_;
+    [[gnu::tls_model("initial-exec")]] static constinit thread_local const LayerHandles* layers_at_hand_;
+    static const LayerHandles kNoLayers;
+    LayerHandles handles_;
     std::vector<StreamTarget> streams_;  // of this command, by payload
     std::uint32_t effects_ = 0;
     std::optional<bool> some_solo_;

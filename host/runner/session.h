@@ -68,6 +68,7 @@ struct SessionOptions {
     std::function<void(PF_InData&)> amend_in_data{};
     std::vector<std::string> withheld_suites{};  // "AEGP Light Suite 1": name and wire version
     FaultPlan faults{};                          // which host calls fail, and with what
+    bool record_calls = false;                   // for calls(); it costs time
 };
 
 class Session {
@@ -121,7 +122,7 @@ class Session {
     void restore_sequence(std::vector<std::uint8_t> bytes);
 
     [[nodiscard]] const PF_OutData& out_data() const;  // as the last command left it
-    // Every host call of the last of the functions above that sent commands, in order.
+    // Every host call of the last of the functions above that sent commands, in order; none without record_calls.
     [[nodiscard]] const std::vector<std::string>& calls() const;
     // What all commands so far kept or misused, in order.
     [[nodiscard]] const std::vector<std::string>& reports() const;

@@ -149,6 +149,7 @@ PF_Err iterate_pixels(std::string_view name, PF_InData* in_data, PF_EffectWorld*
                         std::min(area.bottom, src->height())};
             if (area.empty()) return;
             const std::string call(function_name(name));
+            const Instance::SeveralThreads threads(in);
             const PF_Err error = in.rows.run(area.top, area.bottom, [&](A_long y) {
                 return iterate_row(in, call.c_str(), area, y, src, dst, refcon, function);
             });

@@ -1,6 +1,7 @@
 // Suites by name and version.
 #include <cstring>
 #include <string>
+#include <string_view>
 
 #include "host/suites/serve.h"
 #include "host/suites/tables.h"
@@ -32,15 +33,20 @@ constexpr Entry kServed[] = {
     {"PF Param Utils Suite", 3, &kParamUtilsSuite3},
 };
 
+bool is_withheld(const Instance& in, const Entry& entry) {
+    const auto& withheld = in.options.withheld_suites;
+    if (withheld.empty()) return false;
+    const std::string full = std::string(entry.name) + " " + std::to_string(entry.version);
+    return std::find(withheld.begin(), withheld.end(), full) != withheld.end();
+}
+
 SPErr acquire_suite(const char* name, int32 version, const void** suite) {
     return serve("Basic.AcquireSuite", [&](Instance& in) {
         if (!name) throw Misuse{"null suite name", PF_Err_BAD_CALLBACK_PARAM};
         const void*& table = result(suite);
         for (const Entry& entry : kServed) {
             if (entry.version != version || std::strcmp(entry.name, name) != 0) continue;
-            const auto& withheld = in.options.withheld_suites;
-            const std::string full = std::string(entry.name) + " " + std::to_string(version);
-            if (std::find(withheld.begin(), withheld.end(), full) != withheld.end()) break;
+            if (is_withheld(in, entry)) break;
             in.ledger.suite_acquired(entry.name, version);
             table = entry.table;
             return;
@@ -54,10 +60,11 @@ SPErr release_suite(const char* name, int32 version) {
         "Basic.ReleaseSuite",
         [&](Instance& in) {
             if (!name) throw Misuse{"null suite name", PF_Err_BAD_CALLBACK_PARAM};
-            const std::string text(name, strnlen(name, 100));
+            const std::string_view text(name, strnlen(name, 100));
             if (!in.ledger.suite_released(text, version)) {
-                throw Misuse{"suite \"" + text + "\" " + std::to_string(version) + " that is not held",
-                             PF_Err_BAD_CALLBACK_PARAM};
+                throw Misuse{
+                    "suite \"" + std::string(text) + "\" " + std::to_string(version) + " that is not held",
+                    PF_Err_BAD_CALLBACK_PARAM};
             }
         },
         Door::giving_back);

@@ -13,6 +13,21 @@ bool is_3d(const Layer& layer) {
     return layer.three_d || layer.kind == LayerKind::camera || layer.kind == LayerKind::light;
 }
 
+[[gnu::noinline]] A_Err serve_comp_layer_by_index(AEGP_CompH comp, A_long index, AEGP_LayerH* layer) {
+    return serve("Layer.AEGP_GetCompLayerByIndex", [&](Instance& in) {
+        in.check(comp);
+        const AEGP_LayerH found = in.layer_at(index);
+        result(layer) = found;
+    });
+}
+
+[[gnu::noinline]] A_Err serve_layer_object_type(AEGP_LayerH layer, AEGP_ObjectType* type) {
+    return serve("Layer.AEGP_GetLayerObjectType", [&](Instance& in) {
+        const AEGP_ObjectType found = in.facts(layer).object_type;
+        result(type) = found;
+    });
+}
+
 }  // namespace
 
 A_Err get_comp_num_layers(AEGP_CompH comp, A_long* count) {
@@ -23,18 +38,15 @@ A_Err get_comp_num_layers(AEGP_CompH comp, A_long* count) {
 }
 
 A_Err get_comp_layer_by_index(AEGP_CompH comp, A_long index, AEGP_LayerH* layer) {
-    return serve("Layer.AEGP_GetCompLayerByIndex", [&](Instance& in) {
-        in.check(comp);
-        const auto& layers = in.composition.layers;
-        if (index < 0 || static_cast<std::size_t>(index) >= layers.size()) throw Refusal{A_Err_PARAMETER};
-        result(layer) = in.handle(layers[static_cast<std::size_t>(index)]);
-    });
+    const LayerHandles& layers = Instance::layers_at_hand();
+    if (!layers.at_hand(comp, index) || !layer) [[unlikely]]
+        return serve_comp_layer_by_index(comp, index, layer);
+    *layer = layers[index];
+    return A_Err_NONE;
 }
 
 A_Err get_layer_index(AEGP_LayerH layer, A_long* index) {
-    return serve("Layer.AEGP_GetLayerIndex", [&](Instance& in) {
-        result(index) = static_cast<A_long>(&in.layer(layer) - in.composition.layers.data());
-    });
+    return serve("Layer.AEGP_GetLayerIndex", [&](Instance& in) { result(index) = in.facts(layer).place; });
 }
 
 A_Err get_layer_source_item(AEGP_LayerH layer, AEGP_ItemH* item) {
@@ -46,7 +58,7 @@ A_Err get_layer_source_item(AEGP_LayerH layer, AEGP_ItemH* item) {
 
 A_Err get_layer_parent_comp(AEGP_LayerH layer, AEGP_CompH* comp) {
     return serve("Layer.AEGP_GetLayerParentComp", [&](Instance& in) {
-        (void)in.layer(layer);
+        (void)in.facts(layer);
         result(comp) = in.comp_handle();
     });
 }
@@ -118,12 +130,11 @@ A_Err get_layer_stretch(AEGP_LayerH layer, A_Ratio* stretch) {
 }
 
 A_Err get_layer_object_type(AEGP_LayerH layer, AEGP_ObjectType* type) {
-    return serve("Layer.AEGP_GetLayerObjectType", [&](Instance& in) {
-        const LayerKind kind = in.layer(layer).kind;
-        result(type) = kind == LayerKind::light    ? AEGP_ObjectType_LIGHT
-                       : kind == LayerKind::camera ? AEGP_ObjectType_CAMERA
-                                                   : AEGP_ObjectType_AV;
-    });
+    const LayerHandles& layers = Instance::layers_at_hand();
+    if (!layers.at_hand(layer) || !type) [[unlikely]]
+        return serve_layer_object_type(layer, type);
+    *type = layers[layer].object_type;
+    return A_Err_NONE;
 }
 
 A_Err is_layer_3d(AEGP_LayerH layer, A_Boolean* is) {
@@ -154,7 +165,7 @@ A_Err layer_to_comp_time(AEGP_LayerH layer, const A_Time* layer_time, A_Time* co
 }
 
 A_Err get_layer_id(AEGP_LayerH layer, AEGP_LayerIDVal* id) {
-    return serve("Layer.AEGP_GetLayerID", [&](Instance& in) { result(id) = in.layer(layer).id; });
+    return serve("Layer.AEGP_GetLayerID", [&](Instance& in) { result(id) = in.facts(layer).id; });
 }
 
 A_Err get_layer_to_world(AEGP_LayerH layer, const A_Time* comp_time, A_Matrix4* matrix) {

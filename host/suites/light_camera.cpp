@@ -12,10 +12,20 @@ Layer& layer_of_kind(Instance& in, AEGP_LayerH handle, LayerKind kind) {
     return layer;
 }
 
-A_Err get_light_type(AEGP_LayerH layer, AEGP_LightType* type) {
+[[gnu::noinline]] A_Err serve_light_type(AEGP_LayerH layer, AEGP_LightType* type) {
     return serve("Light.AEGP_GetLightType", [&](Instance& in) {
-        result(type) = static_cast<AEGP_LightType>(layer_of_kind(in, layer, LayerKind::light).light.type);
+        const LayerHandles::Facts& facts = in.facts(layer);
+        if (facts.object_type != AEGP_ObjectType_LIGHT) throw Refusal{A_Err_PARAMETER};
+        result(type) = facts.light_type;
     });
+}
+
+A_Err get_light_type(AEGP_LayerH layer, AEGP_LightType* type) {
+    const LayerHandles& layers = Instance::layers_at_hand();
+    if (!layers.at_hand(layer) || !type || layers[layer].object_type != AEGP_ObjectType_LIGHT) [[unlikely]]
+        return serve_light_type(layer, type);
+    *type = layers[layer].light_type;
+    return A_Err_NONE;
 }
 
 A_Err set_light_type(AEGP_LayerH layer, AEGP_LightType type) {
@@ -24,6 +34,7 @@ A_Err set_light_type(AEGP_LayerH layer, AEGP_LightType type) {
         Layer& light = layer_of_kind(in, layer, LayerKind::light);
         if (type > AEGP_LightType_AMBIENT) throw Refusal{A_Err_PARAMETER};
         light.light.type = static_cast<LightType>(type);
+        in.changed();
     });
 }
 

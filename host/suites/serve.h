@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <new>
+#include <mutex>
 #include <string>
 #include <string_view>
 
@@ -22,32 +22,37 @@ enum class Door {
                   // part
 };
 
-// Notes the call (`name` is "Table.Function" and a literal), asks the fault plan, and runs `body(instance)`.
-// Misuse becomes an error code and a report, a refusal a code only; nothing is thrown at the effect.
+// The answer to what a body threw; called while that is being handled. Takes the lock for a report.
+A_Err answer_to_failure(Instance& instance, std::string_view name,
+                        std::unique_lock<std::mutex>& lock) noexcept;
+
+// Runs `body(instance)` for the call `name`, "Table.Function" and a literal. Misuse becomes an error code and a
+// report, a refusal a code only; nothing is thrown at the effect. While nobody watches the calls and only one
+// thread can make any, that is all: no lock and no note.
 template <class Body>
 A_Err serve(std::string_view name, Body&& body, Door door = Door::locked) noexcept {
     Instance* instance = Instance::current();
-    if (!instance) return PF_Err_INVALID_CALLBACK;
-    std::unique_lock lock(instance->gate);
-    try {
+    if (!instance) [[unlikely]]
+        return PF_Err_INVALID_CALLBACK;
+    if (!instance->attended.load(std::memory_order_relaxed)) [[likely]] {
         try {
-            const A_Err planned = instance->log.enter(name);
-            if (planned && door != Door::giving_back) [[unlikely]]
-                return planned;
-            if (door == Door::open) lock.unlock();
             body(*instance);
-            return planned;
-        } catch (const Misuse& misuse) {
-            if (!lock.owns_lock()) lock.lock();
-            instance->ledger.report(misuse.what + " in " + std::string(function_name(name)));
-            return misuse.code;
-        } catch (const Refusal& refusal) {
-            return refusal.code;
-        } catch (const std::bad_alloc&) {
-            return A_Err_ALLOC;
+            return A_Err_NONE;
+        } catch (...) {
+            std::unique_lock lock(instance->gate, std::defer_lock);
+            return answer_to_failure(*instance, name, lock);
         }
+    }
+    std::unique_lock lock(instance->gate, std::defer_lock);
+    try {
+        lock.lock();
+        const A_Err planned = instance->log.enter(name);
+        if (planned && door != Door::giving_back) return planned;
+        if (door == Door::open) lock.unlock();
+        body(*instance);
+        return planned;
     } catch (...) {
-        return A_Err_GENERIC;
+        return answer_to_failure(*instance, name, lock);
     }
 }
 

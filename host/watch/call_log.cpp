@@ -13,7 +13,7 @@ void CallLog::set_plan(FaultPlan plan) {
 }
 
 A_Err CallLog::enter(std::string_view call) {
-    calls_.push_back(call);
+    if (recording_) calls_.push_back(call);
     if (plan_.empty()) return 0;
     return plan_.code_for(call, ++count_[call]);
 }

@@ -27,10 +27,10 @@ void Ledger::begin(std::string_view command) {
 }
 
 std::vector<std::string> Ledger::end() {
-    for (auto& [key, suite] : suites_) {
+    for (Suite& suite : suites_) {
         if (suite.held > suite.charged) {
-            std::string text =
-                "suite \"" + key.first + "\" " + std::to_string(key.second) + " held after " + command_;
+            std::string text = "suite \"" + std::string(suite.name) + "\" " + std::to_string(suite.version) +
+                               " held after " + command_;
             if (suite.held - suite.charged > 1) {
                 text += " (" + std::to_string(suite.held - suite.charged) + " times)";
             }
@@ -52,12 +52,23 @@ void Ledger::report(std::string text) {
     reports_.push_back(reports_.size() == kMostReports ? "further reports were dropped" : std::move(text));
 }
 
-void Ledger::suite_acquired(const std::string& name, int version) { ++suites_[{name, version}].held; }
+Ledger::Suite* Ledger::find_suite(std::string_view name, int version) {
+    const auto found = std::find_if(suites_.begin(), suites_.end(), [&](const Suite& suite) {
+        return suite.version == version && suite.name == name;
+    });
+    return found == suites_.end() ? nullptr : &*found;
+}
 
-bool Ledger::suite_released(const std::string& name, int version) {
-    const auto found = suites_.find({name, version});
-    if (found == suites_.end() || found->second.held == 0) return false;
-    --found->second.held;
+void Ledger::suite_acquired(std::string_view name, int version) {
+    Suite* suite = find_suite(name, version);
+    if (!suite) suite = &suites_.emplace_back(Suite{name, version});
+    ++suite->held;
+}
+
+bool Ledger::suite_released(std::string_view name, int version) {
+    Suite* suite = find_suite(name, version);
+    if (!suite || suite->held == 0) return false;
+    --suite->held;
     return true;
 }
 

@@ -2,7 +2,6 @@
 // What an effect holds of the host, and what it did wrong. After each command whatever the command took and
 // did not give back becomes a report, once: later commands are not charged with it again.
 #include <cstdint>
-#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,8 +35,8 @@ class Ledger {
     void report(std::string text);
     [[nodiscard]] std::string_view command() const { return command_; }
 
-    void suite_acquired(const std::string& name, int version);
-    [[nodiscard]] bool suite_released(const std::string& name, int version);  // false: it was not held
+    void suite_acquired(std::string_view name, int version);  // the name must live as long as the program
+    [[nodiscard]] bool suite_released(std::string_view name, int version);  // false: it was not held
 
     void lend(Loan loan, std::uint64_t key, std::string_view call);
     [[nodiscard]] bool give_back(Loan loan, std::uint64_t key);  // false: it was not out
@@ -45,6 +44,8 @@ class Ledger {
 
   private:
     struct Suite {
+        std::string_view name;
+        int version = 0;
         int held = 0;
         int charged = 0;  // held when the last command ended, and reported then
     };
@@ -53,9 +54,11 @@ class Ledger {
         std::uint64_t key;
         std::string_view call;  // that handed it out
     };
+    [[nodiscard]] Suite* find_suite(std::string_view name, int version);
+
     std::string command_;
     std::vector<std::string> reports_;
-    std::map<std::pair<std::string, int>, Suite> suites_;
+    std::vector<Suite> suites_;  // those ever acquired
     std::vector<Lent> lent_;
 };
 

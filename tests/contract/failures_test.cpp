@@ -24,7 +24,7 @@ Composition rich_composition() {
 constexpr LayerId kWall = 2;
 
 struct RichSession : Running {
-    RichSession() : Running(rich_composition(), {.threads = 1}) {
+    RichSession() : Running(rich_composition(), {.threads = 1, .record_calls = true}) {
         set("Reach Comp Layer", 1);
         set("Name starts with", 3);
         pick();
@@ -79,7 +79,8 @@ TEST(Failures, EveryHostCallOfARenderFailsOnce) {
 TEST(Failures, EveryHostCallOfPickingALayerFailsOnce) {
     for (const bool renames : {false, true}) {
         const auto prepare = [&] {
-            auto running = std::make_unique<Running>(rich_composition());
+            auto running =
+                std::make_unique<Running>(rich_composition(), SessionOptions{.record_calls = true});
             if (renames) running->session.choose_layer(running->index_of("Set Reach Layer"), kWall, 0);
             return running;
         };

@@ -49,7 +49,7 @@ TEST(Greying, FollowsTheModels) {
 }
 
 TEST(Greying, UpdatesEveryControlInOrderAndRefreshes) {
-    Running running(make_composition());
+    Running running(make_composition(), {.record_calls = true});
     const Outcome outcome = running.session.send(PF_Cmd_UPDATE_PARAMS_UI);
     EXPECT_TRUE(outcome.ok());
     EXPECT_EQ(outcome.out_flags, PF_OutFlag_REFRESH_UI);
@@ -83,11 +83,12 @@ TEST(Greying, SaysSoWhenThereIsNoSuite) {
         std::size_t calls;
         std::vector<std::string> reports;
     } rows[] = {
-        {{.withheld_suites = {"PF Param Utils Suite 1", "PF Param Utils Suite 2", "PF Param Utils Suite 3"}},
+        {{.withheld_suites = {"PF Param Utils Suite 1", "PF Param Utils Suite 2", "PF Param Utils Suite 3"},
+          .record_calls = true},
          "Failed to acquire suite.",
          5,  // three acquisitions, one message, one release
          {"suite \"PF Param Utils Suite\" 1 that is not held in ReleaseSuite"}},
-        {{.basic_suite = false}, "Failed to release suite.", 2, {}},
+        {{.basic_suite = false, .record_calls = true}, "Failed to release suite.", 2, {}},
     };
     for (const auto& row : rows) {
         Composition comp = make_composition();
@@ -105,7 +106,7 @@ TEST(Greying, SaysSoWhenThereIsNoSuite) {
 }
 
 TEST(Greying, ErrorsOfTheHostAreSwallowed) {
-    Running running(make_composition());
+    Running running(make_composition(), {.record_calls = true});
     running.session.set_faults(FaultPlan().fail("ParamUtils.PF_UpdateParamUI", 3, 512));
     const Outcome outcome = running.session.send(PF_Cmd_UPDATE_PARAMS_UI);
     EXPECT_TRUE(outcome.ok());

@@ -22,7 +22,7 @@ TEST(LifeCycle, AboutAndVersionWords) {
 }
 
 TEST(LifeCycle, UnknownCommandsDoNothing) {
-    Running running(make_composition());
+    Running running(make_composition(), {.record_calls = true});
     for (const PF_Cmd command : {2, 7, 9, 10, 12, 15, 18, 28, 1000, -1}) {
         const Outcome outcome = running.session.send(command);
         EXPECT_TRUE(outcome.ok()) << command;
@@ -49,7 +49,7 @@ TEST(LifeCycle, WorksWithoutHandleCallbacksAndWithBlocksThatMove) {
     const Frame expected = Running(comp).render();
     EXPECT_FALSE(is_black(expected));
     EXPECT_EQ(Running(comp, {.handle_callbacks = false}).render().argb, expected.argb);
-    Running moving(comp, {.move_unlocked_handles = true});
+    Running moving(comp, {.move_unlocked_handles = true, .record_calls = true});
     EXPECT_EQ(moving.render().argb, expected.argb);
     // The points' records and constants are unlocked before they are disposed of, the last one made first.
     const std::vector<std::string>& calls = moving.session.calls();
@@ -149,7 +149,8 @@ TEST(Controls, AreRegisteredAsTheTableSays) {
 
 TEST(Controls, AddingStopsAtTheFirstError) {
     Composition comp = make_composition();
-    Session session(zam_plugin(), comp, {.faults = FaultPlan().fail("Inter.add_param", 16, 512)});
+    Session session(zam_plugin(), comp,
+                    {.faults = FaultPlan().fail("Inter.add_param", 16, 512), .record_calls = true});
     session.send(PF_Cmd_GLOBAL_SETUP);
     EXPECT_EQ(session.send(PF_Cmd_PARAMS_SETUP).error, 512);
     EXPECT_EQ(session.calls().size(), 16U + 16U) << "a name copied and a control added, 16 times";

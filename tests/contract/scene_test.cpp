@@ -156,7 +156,7 @@ TEST(Camera, ViewsOfNothingGiveAnEmptyLayer) {
         const std::vector<std::string>& calls = running.session.calls();
         return std::count(calls.begin(), calls.end(), "Utils.host_new_handle");
     };
-    Running usual(two_lights());
+    Running usual(two_lights(), {.record_calls = true});
     EXPECT_FALSE(is_black(usual.render()));
     EXPECT_EQ(made_handles(usual), 4);
     // Nothing is prepared for lights that are not drawn: a division by nothing would go unseen in the frame.
@@ -168,12 +168,13 @@ TEST(Camera, ViewsOfNothingGiveAnEmptyLayer) {
     };
     Composition flat = two_lights();
     add_camera(flat, {32, 18, -50}, {32, 18, 0}, 0.0);
-    expect_nothing(Running(flat));
+    expect_nothing(Running(flat, {.record_calls = true}));
     for (const PF_RationalScale nothing : {PF_RationalScale{0, 1}, PF_RationalScale{1, 0}}) {
         for (const auto ratio :
              {&PF_InData::pixel_aspect_ratio, &PF_InData::downsample_x, &PF_InData::downsample_y}) {
-            expect_nothing(
-                Running(two_lights(), {.amend_in_data = [=](PF_InData& in) { in.*ratio = nothing; }}));
+            expect_nothing(Running(
+                two_lights(),
+                {.amend_in_data = [=](PF_InData& in) { in.*ratio = nothing; }, .record_calls = true}));
         }
     }
 }

@@ -112,6 +112,60 @@ TEST_F(MisuseTest, EachIsNamedAndAnswered) {
     }
 }
 
+// These have a shorter way in while nobody watches.
+TEST_F(MisuseTest, TheCallsOfAWalkCheckWhatTheyAreGivenWatchedOrNot) {
+    for (const bool watched : {false, true}) {
+        in.record_calls(watched);
+        const AEGP_LayerH expired = handle(kLight);
+        const AEGP_CompH expired_comp = comp;
+        begin(PF_Cmd_RENDER, 0);
+        AEGP_LayerH light = nullptr;
+        AEGP_ObjectType type = -7;
+        AEGP_LightType light_type = 7;
+        ASSERT_EQ(layers.AEGP_GetCompLayerByIndex(comp, 0, &light), 0);
+        const auto never_there = reinterpret_cast<AEGP_LayerH>(reinterpret_cast<std::uintptr_t>(light) + 4);
+        for (const AEGP_LayerH bad :
+             {AEGP_LayerH{}, expired, never_there, reinterpret_cast<AEGP_LayerH>(comp)}) {
+            EXPECT_NE(layers.AEGP_GetLayerObjectType(bad, &type), 0);
+            EXPECT_NE(kLightSuite1.AEGP_GetLightType(bad, &light_type), 0);
+        }
+        EXPECT_NE(layers.AEGP_GetLayerObjectType(light, nullptr), 0);
+        EXPECT_NE(kLightSuite1.AEGP_GetLightType(light, nullptr), 0);
+        EXPECT_NE(kLightSuite1.AEGP_GetLightType(handle(kCamera), &light_type), 0);
+        EXPECT_EQ(type, -7);
+        EXPECT_EQ(light_type, 7U);
+        AEGP_LayerH layer = nullptr;
+        EXPECT_NE(layers.AEGP_GetCompLayerByIndex(comp, -1, &layer), 0);
+        EXPECT_NE(layers.AEGP_GetCompLayerByIndex(comp, 4, &layer), 0);
+        EXPECT_NE(layers.AEGP_GetCompLayerByIndex(expired_comp, 0, &layer), 0);
+        EXPECT_NE(layers.AEGP_GetCompLayerByIndex(comp, 0, nullptr), 0);
+        EXPECT_EQ(layer, nullptr);
+        EXPECT_EQ(layers.AEGP_GetLayerObjectType(light, &type), 0);
+        EXPECT_EQ(type, AEGP_ObjectType_LIGHT);
+    }
+}
+
+TEST_F(MisuseTest, HandlesStandForTheirLayersWhileOthersComeAndGo) {
+    const AEGP_LayerH wall = handle(kWall), camera = handle(kCamera), light = handle(kLight);
+    AEGP_LayerH made = nullptr, found = nullptr;
+    AEGP_ObjectType type = 0;
+    AEGP_LightType light_type = 0;
+    ASSERT_EQ(kCompSuite9.AEGP_CreateLightInComp("new", {0, 0}, comp, &made), 0);
+    EXPECT_EQ(kLightSuite2.AEGP_SetLightType(made, AEGP_LightType_POINT), 0);
+    EXPECT_EQ(kLightSuite1.AEGP_GetLightType(made, &light_type), 0);
+    EXPECT_EQ(light_type, AEGP_LightType_POINT);
+    EXPECT_EQ(layers.AEGP_GetCompLayerByIndex(comp, 3, &found), 0);
+    EXPECT_EQ(found, wall);
+    EXPECT_EQ(layers.AEGP_DeleteLayer(camera), 0);
+    EXPECT_NE(layers.AEGP_GetLayerObjectType(camera, &type), 0);
+    EXPECT_EQ(layers.AEGP_GetLayerObjectType(wall, &type), 0);
+    EXPECT_EQ(type, AEGP_ObjectType_AV);
+    EXPECT_EQ(kLightSuite1.AEGP_GetLightType(light, &light_type), 0);
+    EXPECT_EQ(light_type, AEGP_LightType_SPOT);
+    EXPECT_EQ(layers.AEGP_GetLayerName(wall, name, nullptr), 0);
+    EXPECT_STREQ(name, "A very long layer name that goe");
+}
+
 TEST_F(MisuseTest, TheProjectStandsStillWhileAFrameIsRendered) {
     begin(PF_Cmd_RENDER, 0);
     AEGP_LayerH made = nullptr;
@@ -161,8 +215,8 @@ TEST_F(MisuseTest, WhatIsKeptIsChargedOnceAndNeverHidesAnEarlierReport) {
 }
 
 TEST_F(MisuseTest, PlannedFaultsHitTheNthCallOfThatName) {
-    in.log.set_plan(
-        FaultPlan().fail("Layer.AEGP_GetCompNumLayers", 2, 77).fail("Utils.host_new_handle", 1, 4));
+    in.record_calls(true);
+    in.set_faults(FaultPlan().fail("Layer.AEGP_GetCompNumLayers", 2, 77).fail("Utils.host_new_handle", 1, 4));
     A_long count = 0;
     EXPECT_EQ(layers.AEGP_GetCompNumLayers(comp, &count), 0);
     EXPECT_EQ(kLayerSuite5.AEGP_GetCompNumLayers(comp, &count), 77);  // one name in all versions
@@ -175,10 +229,10 @@ TEST_F(MisuseTest, PlannedFaultsHitTheNthCallOfThatName) {
 }
 
 TEST_F(MisuseTest, AnEffectIsNotChargedForACallThatWasMadeToFail) {
-    in.log.set_plan(FaultPlan()
-                        .fail("Basic.ReleaseSuite", 1, 77)
-                        .fail("Utils.host_lock_handle", 1, 77)
-                        .fail("Utils.host_dispose_handle", 1, 77));
+    in.set_faults(FaultPlan()
+                      .fail("Basic.ReleaseSuite", 1, 77)
+                      .fail("Utils.host_lock_handle", 1, 77)
+                      .fail("Utils.host_dispose_handle", 1, 77));
     const void* table = nullptr;
     basic_suite()->AcquireSuite("AEGP Light Suite", 1, &table);
     EXPECT_EQ(basic_suite()->ReleaseSuite("AEGP Light Suite", 1), 77);
