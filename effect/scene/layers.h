@@ -36,26 +36,32 @@ A_Err GetEffectLayerAndComp(const AEGP_SuiteHandler& suites, PF_InData* in_data,
 }
 
 // Calls visit(layer, index) from the top of the stack down; stops at the first error, be it the host's or the
-// visitor's, and returns it. Null layers are passed over.
+// visitor's, and returns it. Null layers are passed over. There is one walk per light: what a visit does at every
+// layer should stay in registers.
 template <class With, class Visit>
-A_Err ForEachLayer(const AEGP_SuiteHandler& suites, AEGP_CompH comp, Visit visit) {
-    A_long count = 0;
-    if (const A_Err err = With::of(suites)->AEGP_GetCompNumLayers(comp, &count)) return err;
+[[gnu::always_inline]] inline A_Err ForEachLayer(const AEGP_SuiteHandler& suites, AEGP_CompH comp,
+                                                 Visit visit) {
+    const auto* layers = With::of(suites);
+    A_long num_layers = 0;
+    if (const A_Err err = layers->AEGP_GetCompNumLayers(comp, &num_layers)) return err;
+    const A_long count = num_layers;
     for (A_long index = 0; index < count; ++index) {
-        AEGP_LayerH layer = nullptr;
-        if (const A_Err err = With::of(suites)->AEGP_GetCompLayerByIndex(comp, index, &layer)) return err;
+        AEGP_LayerH place = nullptr;
+        if (const A_Err err = layers->AEGP_GetCompLayerByIndex(comp, index, &place)) return err;
+        const AEGP_LayerH layer = place;
         if (!layer) continue;
         if (const A_Err err = visit(layer, index)) return err;
     }
     return A_Err_NONE;
 }
 
-// The layer's light type, kNoLight for a layer of another kind.
-template <class With>
-A_Err GetLightTypeOf(const AEGP_SuiteHandler& suites, AEGP_LayerH layer, int* type) {
+// The layer's light type, kNoLight for a layer of another kind. `layers` is either version of the layer suite.
+template <class LayerSuite>
+[[gnu::always_inline]] inline A_Err GetLightTypeOf(const AEGP_SuiteHandler& suites, const LayerSuite* layers,
+                                                   AEGP_LayerH layer, int* type) {
     *type = kNoLight;
     AEGP_ObjectType object = AEGP_ObjectType_NONE;
-    if (const A_Err err = With::of(suites)->AEGP_GetLayerObjectType(layer, &object)) return err;
+    if (const A_Err err = layers->AEGP_GetLayerObjectType(layer, &object)) return err;
     if (object != AEGP_ObjectType_LIGHT) return A_Err_NONE;
     AEGP_LightType light_type = 0;
     if (const A_Err err = suites.Light1()->AEGP_GetLightType(layer, &light_type)) return err;

@@ -17,7 +17,7 @@ A_Err FindLightByName(const AEGP_SuiteHandler& suites, PF_InData* in_data, const
         return err;
     return ForEachLayer<WithLayer5>(suites, comp, [&](AEGP_LayerH layer, A_long) -> A_Err {
         int type = kNoLight;
-        if (const A_Err err = GetLightTypeOf<WithLayer5>(suites, layer, &type)) return err;
+        if (const A_Err err = GetLightTypeOf(suites, suites.Layer5(), layer, &type)) return err;
         if (*found || type == kNoLight) return A_Err_NONE;
         LayerName own;
         if (const A_Err err = GetLayerNameOf<WithLayer5>(suites, layer, &own)) return err;
@@ -98,7 +98,7 @@ ZAM_EXPORT int PCheckLightExists(PF_InData* in_data, const char* name) {
     bool exists = false;
     ForEachLayer<WithLayer5>(suites, comp, [&](AEGP_LayerH layer, A_long) -> A_Err {
         int type = kNoLight;
-        if (const A_Err err = GetLightTypeOf<WithLayer5>(suites, layer, &type)) return err;
+        if (const A_Err err = GetLightTypeOf(suites, suites.Layer5(), layer, &type)) return err;
         if (type == kNoLight) return A_Err_NONE;
         LayerName own;
         if (const A_Err err = GetLayerNameOf<WithLayer5>(suites, layer, &own)) return err;

@@ -31,8 +31,10 @@ bool IsThereAt(const AEGP_SuiteHandler& suites, AEGP_LayerH layer, const A_Time&
     return !(from > now) && !(now > from + Seconds(duration));
 }
 
-A_Err DescribeLight(const AEGP_SuiteHandler& suites, AEGP_LayerH layer, const A_Time& comp_time, bool spot,
-                    const Filters& filters, LightDescription* light) {
+// Not inline: it happens once in a walk, and the walk needs the registers.
+[[gnu::noinline]] A_Err DescribeLight(const AEGP_SuiteHandler& suites, AEGP_LayerH layer,
+                                      const A_Time& comp_time, bool spot, const Filters& filters,
+                                      LightDescription* light) {
     LayerName name;
     const bool name_read = !GetLayerNameOf<WithLayer5>(suites, layer, &name);
     const bool name_fits = !filters.prefix || (name_read && StartsWith(name, filters.prefix));
@@ -75,10 +77,11 @@ A_Err GetLight(PF_InData* in_data, A_long what_time, A_u_long time_scale, LightD
     AEGP_CompH comp = nullptr;
     if (const A_Err err = GetEffectLayerAndComp<WithLayer5>(suites, in_data, &effect_layer, &comp))
         return err;
+    const AEGP_LayerSuite1* layers = suites.Layer5();
     int place = -1;
     return ForEachLayer<WithLayer5>(suites, comp, [&](AEGP_LayerH layer, A_long) {
         int type = kNoLight;
-        if (const A_Err err = GetLightTypeOf<WithLayer5>(suites, layer, &type)) return err;
+        if (const A_Err err = GetLightTypeOf(suites, layers, layer, &type)) return err;
         if (type != light_type || ++place != index) return A_Err{A_Err_NONE};
         return DescribeLight(suites, layer, comp_time, light_type == AEGP_LightType_SPOT, filters, light);
     });
@@ -94,7 +97,7 @@ ZAM_EXPORT int GetNoLights(PF_InData* in_data, int light_type) {
     int count = 0;
     ForEachLayer<WithLayer5>(suites, comp, [&](AEGP_LayerH layer, A_long) {
         int type = kNoLight;
-        const A_Err err = GetLightTypeOf<WithLayer5>(suites, layer, &type);
+        const A_Err err = GetLightTypeOf(suites, suites.Layer5(), layer, &type);
         if (!err && type == light_type) ++count;
         return err;
     });

@@ -17,7 +17,7 @@ inline A_Err IsReachLight(const AEGP_SuiteHandler& suites, AEGP_LayerH layer, co
                           bool* is) {
     *is = false;
     int type = kNoLight;
-    if (const A_Err err = GetLightTypeOf<WithLayer8>(suites, layer, &type)) return err;
+    if (const A_Err err = GetLightTypeOf(suites, suites.Layer8(), layer, &type)) return err;
     if (type != AEGP_LightType_SPOT) return A_Err_NONE;
     LayerName name;
     if (const A_Err err = GetLayerNameOf<WithLayer8>(suites, layer, &name)) return err;
