@@ -26,6 +26,7 @@ int main(int argc, char** argv) {
     BenchFinishing(options, &report);
     BenchOutside(options, &report);
     BenchFrames(options, &report);
+    BenchSetups(options, &report);
     BenchMarching(options, &report);
     BenchLimits(options, &report);
     PrintWanted(report);

@@ -20,6 +20,7 @@ inline constexpr char kTimesLiteral[] = "x literal";
 inline constexpr char kTimesLiteralAlone[] = "x literal, alone";
 inline constexpr char kTimesOneThread[] = "x one thread";
 inline constexpr char kTimesWithout[] = "x without them";
+inline constexpr char kTimesOneRow[] = "x one row";
 
 class Report {
   public:

@@ -9,6 +9,7 @@ void BenchRows(const Options& options, Report* report);       // eight lights of
 void BenchFinishing(const Options& options, Report* report);  // from sums of light to channel codes
 void BenchFrames(const Options& options, Report* report);     // sizes, light counts, threads
 void BenchOutside(const Options& options, Report* report);    // lights that are not in the picture
+void BenchSetups(const Options& options, Report* report);     // from the command to the first row
 void BenchMarching(const Options& options, Report* report);   // what adding up steps would cost
 void BenchLimits(const Options& options, Report* report);     // what the machine could do
 
