@@ -2,6 +2,8 @@
 // Threads that share out the rows of an image, kept from pass to pass.
 #include <atomic>
 #include <condition_variable>
+#include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <mutex>
 #include <thread>
@@ -42,11 +44,13 @@ class RowPool {
     int busy_ = 0;
     bool stop_ = false;
     std::atomic<bool> running_{false};
-    // Of the running pass.
-    const std::function<A_Err(A_long)>* row_ = nullptr;
+    // Of the running pass. Every row writes next_ and reads the others, so it has its cache lines to itself: two of
+    // them, for processors that fetch them in pairs.
+    static constexpr std::size_t kApart = 128;
+    alignas(kApart) const std::function<A_Err(A_long)>* row_ = nullptr;
     A_long last_ = 0;
-    std::atomic<std::int64_t> next_{0};
     std::atomic<A_Err> result_{0};
+    alignas(kApart) std::atomic<std::int64_t> next_{0};
 };
 
 }  // namespace zam::host
