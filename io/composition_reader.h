@@ -1,5 +1,5 @@
 #pragma once
-// Our own composition format: JSON, described in docs/composition-format.md.
+// Our own composition format: JSON, described in docs/scene-format.md.
 #include "host/composition/composition.h"
 #include "io/json_document.h"
 

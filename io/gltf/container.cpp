@@ -151,7 +151,7 @@ void Container::check_version() const {
     if (!version || !version->is(Kind::string))
         throw error(asset ? *asset : root(), "there is no asset version: this is not glTF",
                     "glTF 2.0 files say \"asset\": {\"version\": \"2.0\"}; our own format is described in "
-                    "docs/composition-format.md");
+                    "docs/scene-format.md");
     if (!version->text.starts_with("2."))
         throw error(*version, "glTF version " + quote(version->text) + " is not known",
                     "export the scene as glTF 2.0");
