@@ -4,6 +4,7 @@
 #include <set>
 
 #include "io/effect_layer.h"
+#include "io/keyframes.h"
 #include "io/layer_reader.h"
 #include "io/text.h"
 #include "io/values.h"
@@ -200,7 +201,7 @@ class CompositionReader {
                 controls, std::string("effect controls are ") + controls.kind_name() + ", not an object",
                 R"(write {"Look": "Strong", "Spot Lights": {"Reach": 800}})");
         for (const JsonValue& member : controls.children) {
-            if (!member.is(Kind::object) || is_keyframed(member)) {
+            if (!member.is(Kind::object) || is_animated(member)) {
                 add_control(member, member.name);
                 continue;
             }
@@ -214,7 +215,8 @@ class CompositionReader {
         setting.control = name;
         setting.where = SceneError::describe(document_.file, value.name_place);
         setting.value = read_animated<host::ControlValue>(
-            document_, value, what, [&](const JsonValue& one) -> host::ControlValue {
+            document_, value, what, composition_.frame_rate.value(),
+            [&](const JsonValue& one) -> host::ControlValue {
                 if (one.is(Kind::number)) return read_number(document_, one, what, kAnyNumber);
                 if (one.is(Kind::boolean)) return one.truth;
                 if (one.is(Kind::string)) return one.text;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "io/keyframes.h"
 #include "io/text.h"
 #include "io/values.h"
 
@@ -21,6 +22,7 @@ constexpr NumberRule kId{1, 1e9, "", "layer ids count from 1"};
 
 const Names kEveryLayer = {"kind",  "name",    "id",    "note", "parent", "in",    "out",
                            "start", "stretch", "video", "solo", "shy",    "locked"};
+const Names kPlaced = {"world_matrix"};
 const Names kTurned = {"orientation", "rotation_x", "rotation_y", "rotation_z"};
 const Names kShadow = {"casts_shadows", "shadow_darkness"};
 const Names kFalloff = {"falloff", "falloff_start", "falloff_distance"};
@@ -31,10 +33,13 @@ Names operator+(Names a, const Names& b) {
     return a;
 }
 
+// Where a layer stands, told in parts. A layer with a world matrix has none of it.
+const Names kParts = Names{"three_d", "anchor", "position", "scale", "point_of_interest"} + kTurned;
+
 // What a layer of this kind, and of this light type, may say besides kEveryLayer.
 Names names_of(host::LayerKind kind, host::LightType type) {
-    const Names body = Names{"three_d", "anchor", "position", "scale"} + kTurned;
-    const Names aimed = Names{"position", "point_of_interest"} + kTurned;
+    const Names body = Names{"three_d", "anchor", "position", "scale"} + kTurned + kPlaced;
+    const Names aimed = Names{"position", "point_of_interest"} + kTurned + kPlaced;
     const Names shining = {"type", "intensity", "color"};
     switch (kind) {
         case host::LayerKind::solid:
@@ -51,7 +56,7 @@ Names names_of(host::LayerKind kind, host::LightType type) {
             return shining + aimed + kShadow + kFalloff +
                    Names{"cone_angle", "cone_feather", "shadow_diffusion"};
         case host::LightType::point:
-            return shining + Names{"position", "shadow_diffusion"} + kShadow + kFalloff;
+            return shining + Names{"position", "shadow_diffusion"} + kPlaced + kShadow + kFalloff;
         case host::LightType::parallel:
             return shining + aimed + kShadow + kFalloff;
         case host::LightType::ambient:
@@ -96,12 +101,12 @@ class LayerReader {
     }
     void number(const char* name, host::Animated<double>& target, const NumberRule& rule) {
         with(name, [&](const JsonValue& v, const std::string& subject) {
-            target = read_animated_number(document_, v, subject, rule);
+            target = read_animated_number(document_, v, subject, frame_rate(), rule);
         });
     }
     void vec3(const char* name, host::Animated<host::Vec3>& target, const NumberRule& rule) {
         with(name, [&](const JsonValue& v, const std::string& subject) {
-            target = read_animated_vec3(document_, v, subject, rule);
+            target = read_animated_vec3(document_, v, subject, frame_rate(), rule);
         });
     }
     void fixed(const char* name, double& target, const NumberRule& rule) {
@@ -114,6 +119,8 @@ class LayerReader {
             target = read_flag(document_, v, subject);
         });
     }
+
+    [[nodiscard]] double frame_rate() const { return composition_.frame_rate.value(); }
 
     void read_kind() {
         const JsonValue* kind = value_.find("kind");
@@ -194,6 +201,10 @@ class LayerReader {
             if (!value_.find("parent"))
                 transform.position = host::Vec3{centre.x, centre.y, -layer_.camera.zoom.at(0.0)};
         }
+        if (value_.find("world_matrix")) {
+            read_world_matrix();
+            return;
+        }
         flag("three_d", layer_.three_d);
         vec3("anchor", transform.anchor, kPixels);
         vec3("position", transform.position, kPixels);
@@ -203,7 +214,20 @@ class LayerReader {
         number("rotation_y", transform.rotation_y, kDegrees);
         number("rotation_z", transform.rotation_z, kDegrees);
         with("point_of_interest", [&](const JsonValue& v, const std::string& subject) {
-            transform.point_of_interest = read_animated_vec3(document_, v, subject, kPixels);
+            transform.point_of_interest = read_animated_vec3(document_, v, subject, frame_rate(), kPixels);
+        });
+    }
+
+    void read_world_matrix() {
+        for (const std::string& part : kParts)
+            if (const JsonValue* member = value_.find(part))
+                throw document_.error_at_name(
+                    *member, subject_ + ": " + part + " stands beside world_matrix",
+                    "the matrix alone says where the layer is; remove one of the two");
+        // Nothing of a transform is known; streams that ask for it are told that there is none.
+        layer_.transform = {};
+        with("world_matrix", [&](const JsonValue& v, const std::string& subject) {
+            layer_.world = read_animated_matrix(document_, v, subject);
         });
     }
 
@@ -228,7 +252,7 @@ class LayerReader {
         host::LightSettings& light = layer_.light;
         number("intensity", light.intensity, kAnyPercent);
         with("color", [&](const JsonValue& v, const std::string& subject) {
-            light.color = read_animated_color(document_, v, subject);
+            light.color = read_animated_color(document_, v, subject, frame_rate());
         });
         number("cone_angle", light.cone_angle, kConeAngle);
         number("cone_feather", light.cone_feather, kPercent);
@@ -236,7 +260,7 @@ class LayerReader {
         number("shadow_darkness", light.shadow_darkness, kPercent);
         number("shadow_diffusion", light.shadow_diffusion, kDistance);
         with("falloff", [&](const JsonValue& v, const std::string& subject) {
-            light.falloff = read_animated<double>(document_, v, subject, [&](const JsonValue& one) {
+            light.falloff = read_animated<double>(document_, v, subject, kNoEases, [&](const JsonValue& one) {
                 const std::string word = read_choice(document_, one, subject, kFalloffs);
                 return static_cast<double>(std::find(kFalloffs.begin(), kFalloffs.end(), word) -
                                            kFalloffs.begin());

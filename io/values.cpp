@@ -14,9 +14,6 @@ namespace {
 
 using Kind = JsonValue::Kind;
 
-constexpr std::size_t kMostKeys = 1'000'000;
-constexpr const char* kKeysForm = R"(keys are written [frame, value] or [frame, value, "hold"])";
-
 std::string with_unit(const std::string& number, const NumberRule& rule) {
     return *rule.unit == '\0' ? number : number + " " + rule.unit;
 }
@@ -135,61 +132,6 @@ host::Ratio read_ratio(const JsonDocument& document, const JsonValue& value, con
         throw document.error(value, subject + " " + format_number(ratio.value()) + " is " + range_text(rule),
                              range_hint(rule));
     return ratio;
-}
-
-bool is_keyframed(const JsonValue& value) { return value.find("keys") != nullptr; }
-
-std::vector<RawKey> read_keys(const JsonDocument& document, const JsonValue& value,
-                              const std::string& subject) {
-    check_members(document, value, subject, {"keys"});
-    const JsonValue& list = *value.find("keys");
-    expect(document, list, Kind::array, subject + " keys", "an array", kKeysForm);
-    if (list.children.empty())
-        throw document.error(list, subject + " has no keys", "give at least one, or a plain value");
-    if (list.children.size() > kMostKeys)
-        throw document.error(list, subject + " has more than a million keys",
-                             "keep only keys where the value turns; it is interpolated between them");
-    std::vector<RawKey> keys;
-    for (const JsonValue& entry : list.children) {
-        const bool shaped =
-            entry.is(Kind::array) && (entry.children.size() == 2 || entry.children.size() == 3);
-        if (!shaped)
-            throw document.error(entry, subject + " key " + std::to_string(keys.size() + 1) + " is no key",
-                                 kKeysForm);
-        RawKey key;
-        key.frame = read_number(document, entry.children[0], subject + " key frame", kFrames);
-        key.value = &entry.children[1];
-        if (entry.children.size() == 3 &&
-            read_choice(document, entry.children[2], subject + " key kind", {"linear", "hold"}) == "hold")
-            key.interpolation = host::Interpolation::hold;
-        if (!keys.empty() && key.frame <= keys.back().frame)
-            throw document.error(entry.children[0],
-                                 subject + " key frame " + format_number(key.frame) +
-                                     " does not come after " + format_number(keys.back().frame),
-                                 "sort the keys by frame, one for each frame");
-        keys.push_back(key);
-    }
-    return keys;
-}
-
-host::Animated<double> read_animated_number(const JsonDocument& document, const JsonValue& value,
-                                            const std::string& subject, const NumberRule& rule) {
-    return read_animated<double>(document, value, subject, [&](const JsonValue& one) {
-        return read_number(document, one, subject, rule);
-    });
-}
-
-host::Animated<host::Vec3> read_animated_vec3(const JsonDocument& document, const JsonValue& value,
-                                              const std::string& subject, const NumberRule& rule) {
-    return read_animated<host::Vec3>(document, value, subject, [&](const JsonValue& one) {
-        return read_vec3(document, one, subject, rule);
-    });
-}
-
-host::Animated<host::Color> read_animated_color(const JsonDocument& document, const JsonValue& value,
-                                                const std::string& subject) {
-    return read_animated<host::Color>(
-        document, value, subject, [&](const JsonValue& one) { return read_color(document, one, subject); });
 }
 
 void check_members(const JsonDocument& document, const JsonValue& object, const std::string& subject,

@@ -1,9 +1,6 @@
 #pragma once
-// Values of a composition file, constant or keyframed, read and checked one by one.
-//
-// A value that varies stands as {"keys": [[frame, value], [frame, value, "hold"], ...]}. Every function
-// throws SceneError at the value's own place; `subject` begins the message, for example `layer "Key":
-// intensity`.
+// Single values of a composition file, read and checked one by one. Every function throws SceneError at the
+// value's own place; `subject` begins the message, for example `layer "Key": intensity`.
 #include <limits>
 #include <string>
 #include <vector>
@@ -47,44 +44,6 @@ inline constexpr NumberRule kFrames{-1e6, 1e6, "frames", "times are composition 
                                      const std::string& subject, const NumberRule& rule);
 // The decimals that stand for a broadcast rate (23.976) as the exact ratio (24000/1001), others as they are.
 [[nodiscard]] host::Ratio ratio_of(double value);
-
-// True for an object with a member "keys".
-[[nodiscard]] bool is_keyframed(const JsonValue& value);
-
-struct RawKey {
-    double frame = 0.0;
-    const JsonValue* value = nullptr;
-    host::Interpolation interpolation = host::Interpolation::linear;
-};
-// The keys as they stand: at least one, ascending.
-[[nodiscard]] std::vector<RawKey> read_keys(const JsonDocument& document, const JsonValue& value,
-                                            const std::string& subject);
-
-// `read_one` turns a JsonValue into a T.
-template <class T, class ReadOne>
-[[nodiscard]] host::Animated<T> read_animated(const JsonDocument& document, const JsonValue& value,
-                                              const std::string& subject, ReadOne read_one) {
-    host::Animated<T> result;
-    if (!is_keyframed(value)) {
-        result.constant = read_one(value);
-        return result;
-    }
-    for (const RawKey& key : read_keys(document, value, subject))
-        result.keys.push_back({key.frame, read_one(*key.value), key.interpolation});
-    result.constant = result.keys.front().value;
-    return result;
-}
-
-[[nodiscard]] host::Animated<double> read_animated_number(const JsonDocument& document,
-                                                          const JsonValue& value, const std::string& subject,
-                                                          const NumberRule& rule);
-[[nodiscard]] host::Animated<host::Vec3> read_animated_vec3(const JsonDocument& document,
-                                                            const JsonValue& value,
-                                                            const std::string& subject,
-                                                            const NumberRule& rule);
-[[nodiscard]] host::Animated<host::Color> read_animated_color(const JsonDocument& document,
-                                                              const JsonValue& value,
-                                                              const std::string& subject);
 
 // Throws for a value that is no object, and for the first member that is not `allowed`, with the nearest name
 // as a hint.

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "host/composition/animated.h"
+#include "host/composition/matrix.h"
 
 namespace zam::host {
 
@@ -75,6 +76,9 @@ struct Layer {
     bool video = true, solo = false, shy = false, locked = false;
     bool three_d = true;  // cameras and lights are 3D by nature
     Transform transform;
+    // The whole way from the layer to the world, where it was computed elsewhere: it then takes the place of
+    // the transform and of all parents. The streams of the transform keep what `transform` says.
+    std::optional<Animated<Matrix>> world;
     LightSettings light;    // for lights
     CameraSettings camera;  // for cameras
 };
@@ -117,6 +121,15 @@ inline ControlValue mix(const ControlValue& a, const ControlValue& b, double t) 
     const double* from = std::get_if<double>(&a);
     const double* to = std::get_if<double>(&b);
     return from && to ? ControlValue(mix(*from, *to, t)) : a;
+}
+inline double way_between(const ControlValue& a, const ControlValue& b) {
+    const double* from = std::get_if<double>(&a);
+    const double* to = std::get_if<double>(&b);
+    return from && to ? *to - *from : 0.0;
+}
+inline ControlValue along(const ControlValue& a, const ControlValue& b, double travelled, double way) {
+    const double* from = std::get_if<double>(&a);
+    return from && std::get_if<double>(&b) ? ControlValue(along(*from, 0.0, travelled, way)) : a;
 }
 
 }  // namespace zam::host

@@ -43,6 +43,16 @@ struct Matrix {
     }
 };
 
+// Straight from entry to entry: for samples that lie close together.
+inline Matrix mix(const Matrix& a, const Matrix& b, double t) {
+    Matrix between;
+    for (int row = 0; row < 4; ++row) {
+        for (int column = 0; column < 4; ++column)
+            between.at[row][column] = mix(a.at[row][column], b.at[row][column], t);
+    }
+    return between;
+}
+
 inline Matrix operator*(const Matrix& a, const Matrix& b) {
     Matrix product;
     for (int row = 0; row < 4; ++row) {

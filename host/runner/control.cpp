@@ -200,7 +200,8 @@ ResolvedSetting resolve_setting(const std::vector<Control>& controls, const Cont
         for (const auto& key : setting.value.keys) {
             resolved.value.keys.push_back(
                 {key.frame, plain_value(control, key.value, composition),
-                 interpolates(control.type) ? key.interpolation : Interpolation::hold});
+                 interpolates(control.type) ? key.interpolation : Interpolation::hold, key.ease_in,
+                 key.ease_out});
         }
         return resolved;
     } catch (const ControlError& error) {

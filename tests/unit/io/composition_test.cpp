@@ -6,6 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "host/composition/transforms.h"
 #include "io/read_scene.h"
 
 namespace zam::io {
@@ -116,9 +117,9 @@ TEST_F(EveryKey, SpotLight) {
     const host::Layer& spot = comp.layers[2];
     EXPECT_EQ(spot.name, "Front key");
     EXPECT_EQ(spot.id, 40);
-    EXPECT_EQ(spot.parent, comp.layers[6].id);
-    EXPECT_EQ(comp.layers[6].parent, comp.layers[7].id);  // by its id 9
-    EXPECT_EQ(comp.layers[7].id, 9);
+    EXPECT_EQ(spot.parent, comp.layers[7].id);
+    EXPECT_EQ(comp.layers[7].parent, comp.layers[8].id);  // by its id 9
+    EXPECT_EQ(comp.layers[8].id, 9);
     EXPECT_EQ(spot.in_frame, 1.0);
     EXPECT_EQ(spot.out_frame, 19.5);
     EXPECT_EQ(spot.start_frame, -2.0);
@@ -147,7 +148,7 @@ TEST_F(EveryKey, SpotLight) {
 TEST_F(EveryKey, OtherLayers) {
     const host::Layer& carrier = comp.layers[0];
     EXPECT_EQ(comp.effect.layer, carrier.id);
-    EXPECT_EQ(comp.layers.size(), 8u) << "no second carrier was made";
+    EXPECT_EQ(comp.layers.size(), 9u) << "no second carrier was made";
     EXPECT_FALSE(carrier.three_d);
     EXPECT_EQ(comp.find_item(carrier.source)->width, 320);
     EXPECT_EQ(carrier.transform.anchor.at(0), (Vec3{160, 90, 0}));
@@ -161,9 +162,26 @@ TEST_F(EveryKey, OtherLayers) {
     EXPECT_EQ(comp.layers[3].light.color.at(1), (Color{0.5, 0.5, 0.0}));
     EXPECT_EQ(comp.layers[4].light.type, LightType::parallel);
     EXPECT_EQ(comp.layers[5].light.type, LightType::ambient);
-    EXPECT_EQ(comp.layers[6].transform.scale.at(0), (Vec3{200, 100, 50}));
-    EXPECT_EQ(comp.layers[6].transform.position.at(0), (Vec3{}));  // in its parent's corner
-    EXPECT_EQ(comp.layers[7].transform.position.at(0), (Vec3{7, 8, 9}));
+    EXPECT_EQ(comp.layers[7].transform.scale.at(0), (Vec3{200, 100, 50}));
+    EXPECT_EQ(comp.layers[7].transform.position.at(0), (Vec3{}));  // in its parent's corner
+    EXPECT_EQ(comp.layers[8].transform.position.at(0), (Vec3{7, 8, 9}));
+}
+
+TEST_F(EveryKey, BakedLight) {
+    const host::Layer& baked = comp.layers[6];
+    ASSERT_TRUE(baked.world);
+    EXPECT_EQ(baked.parent, comp.layers[7].id);
+    const host::Matrix half = host::world_from_layer(comp, baked, 0.5);  // whatever its parent does
+    const host::Matrix expected = {{{0.5, 0.5, 0, 0}, {-0.5, 0.5, 0, 0}, {0, 0, 1, 0}, {11, 20, 30, 1}}};
+    EXPECT_EQ(half, expected);
+    EXPECT_EQ(baked.light.cone_angle.at(4), 10.0);
+    EXPECT_EQ(baked.light.cone_angle.at(6.5), 30.0);
+    EXPECT_EQ(baked.light.cone_angle.at(8), 40.0);
+    // Speeds are told per second, at 29.97 frames; the influence is half of ten frames.
+    const auto& intensity = baked.light.intensity;
+    EXPECT_NEAR((intensity.at(10) - intensity.at(10 - 1e-6)) / 1e-6, 30 / 29.97, 1e-4);
+    EXPECT_NEAR(intensity.at(1e-5), 0.0, 1e-4);
+    EXPECT_EQ(intensity.at(15), 100.0);
 }
 
 TEST_F(EveryKey, Controls) {
@@ -171,7 +189,7 @@ TEST_F(EveryKey, Controls) {
     ASSERT_EQ(controls.size(), 6u);
     EXPECT_EQ(controls[0].control, "Look");
     EXPECT_EQ(controls[0].value.constant, host::ControlValue(std::string("Strong")));
-    EXPECT_THAT(controls[0].where, testing::EndsWith("every_key.json:36:7"));
+    EXPECT_THAT(controls[0].where, testing::EndsWith("every_key.json:41:7"));
     EXPECT_EQ(controls[1].control, "Spot Lights/Intensity");
     EXPECT_EQ(controls[2].value.at(5), host::ControlValue(15.0));
     EXPECT_EQ(controls[3].value.constant, host::ControlValue(false));

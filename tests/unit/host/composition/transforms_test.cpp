@@ -167,6 +167,19 @@ TEST(Transforms, ChildInTheCornerOfAScaledAndTurnedParent) {
     expect_near(row(turned, 1), {3, 0, 0}, 1e-12, "first its own turn, then the parent's");
 }
 
+TEST(Transforms, AMatrixToTheWorldEndsTheWayUp) {
+    Composition composition;
+    composition.layers = {solid(1, 2), solid(2, 3), solid(3)};
+    composition.layers[0].transform.position = Vec3{0, 0, 5};
+    Matrix world;
+    world.rotate_y(90.0);  // z to x
+    world.translate({100, 0, 0});
+    composition.layers[1].world = world;
+    composition.layers[1].transform.position = composition.layers[2].transform.position = Vec3{7, 7, 7};
+    EXPECT_EQ(world_from_layer(composition, composition.layers[1], 0), world);
+    expect_near(row(world_from_layer(composition, composition.layers[0], 0), 3), {105, 0, 0}, 1e-12, "child");
+}
+
 TEST(Transforms, ValuesAreThoseOfTheFrame) {
     Layer layer = solid(1);
     layer.transform.position.keys = {{0, {0, 0, 0}}, {10, {100, 0, 0}}};
