@@ -3,7 +3,7 @@
 set -eu
 
 build="build-essential cmake ninja-build libcli11-dev nlohmann-json3-dev libpng-dev"
-test="libgtest-dev libgmock-dev python3 python3-jsonschema clang-format"
+test="libgtest-dev libgmock-dev python3 python3-jsonschema clang-format nodejs node-acorn"
 
 packages=""
 for set in "$@"; do
