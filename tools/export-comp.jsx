@@ -205,7 +205,7 @@
             var isImage = (at.matchName !== "ADBE Camera Layer") && (at.matchName !== "ADBE Light Layer");
             if (isImage && (at.autoOrient === AutoOrientType.CAMERA_OR_POINT_OF_INTEREST)) return true;
             var transform = at.property("ADBE Transform Group");
-            for (var i = 1; i <= transform.numProperties; ++i) {
+            for (var i = 1; transform && (i <= transform.numProperties); ++i) {
                 if (transform.property(i).isTimeVarying) return true;
             }
         }
@@ -279,9 +279,12 @@
                 if (standsInWorld(layers[i])) matrices[layers[i].index] = worldMatrix(position, layers[i]);
             }
         } finally {
-            if (probe) removeProbe(probe);
-            for (i = 0; i < selected.length; ++i) selected[i].selected = true;
-            app.endUndoGroup();
+            try {
+                if (probe) removeProbe(probe);
+                for (i = 0; i < selected.length; ++i) selected[i].selected = true;
+            } finally {
+                app.endUndoGroup();
+            }
         }
         return matrices;
     }
@@ -404,7 +407,8 @@
             part.remove();
             throw new Error(file.fsName + " cannot be written: " + reason);
         }
-        if ((file.exists && !file.remove()) || !part.rename(file.name))
+        // File names come with %20 for a space; rename takes them plain.
+        if ((file.exists && !file.remove()) || !part.rename(decodeURI(file.name)))
             throw new Error(file.fsName + " cannot be replaced. The scene is at " + part.fsName + ".");
     }
 

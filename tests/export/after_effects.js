@@ -15,8 +15,8 @@ const PropertyValueType = {NO_VALUE: 6412, ThreeD: 6414, OneD: 6417, COLOR: 6418
 // ---- An ES3 world ----
 
 const ES3 = {
-  "": `Object Function Array String Boolean Number Date RegExp Error EvalError RangeError ReferenceError SyntaxError TypeError
-       URIError Math NaN Infinity undefined parseInt parseFloat isNaN isFinite eval encodeURI decodeURI encodeURIComponent
+  "": `Object Function Array String Boolean Number Date RegExp Error EvalError RangeError ReferenceError SyntaxError
+       TypeError URIError Math NaN Infinity undefined parseInt parseFloat isNaN isFinite eval encodeURI decodeURI encodeURIComponent
        decodeURIComponent globalThis`,
   "Object": "prototype length name", "Array": "prototype length name", "Number": `prototype length name MAX_VALUE MIN_VALUE
        NaN NEGATIVE_INFINITY POSITIVE_INFINITY`,
@@ -25,7 +25,8 @@ const ES3 = {
        sin sqrt tan`,
   "Object.prototype": "constructor toString toLocaleString valueOf hasOwnProperty isPrototypeOf propertyIsEnumerable",
   "Function.prototype": "constructor length name arguments caller toString apply call",
-  "Array.prototype": "constructor length toString toLocaleString concat join pop push reverse shift slice sort splice unshift",
+  "Array.prototype": `constructor length toString toLocaleString concat join pop push reverse shift slice sort splice
+       unshift`,
   "String.prototype": `constructor length toString valueOf charAt charCodeAt concat indexOf lastIndexOf localeCompare match
        replace search slice split substring toLowerCase toLocaleLowerCase toUpperCase toLocaleUpperCase`,
   "Number.prototype": "constructor toString toLocaleString valueOf toFixed toExponential toPrecision",
@@ -108,7 +109,8 @@ class Layer {
   constructor(host, told) {
     const isImage = told.kind !== "camera" && told.kind !== "light";
     Object.assign(this, {
-      matchName: MATCH_NAMES[told.kind] || "ADBE AV Layer", nullLayer: told.kind === "null", threeDLayer: isImage, parent: null,
+      matchName: MATCH_NAMES[told.kind] || "ADBE AV Layer", nullLayer: told.kind === "null", threeDLayer: isImage,
+      parent: null,
       inPoint: 0, outPoint: host.comp.duration, startTime: 0, stretch: 100, enabled: true, solo: false, shy: false,
       locked: false, selected: false, width: host.comp.width, height: host.comp.height,
       autoOrient: AutoOrientType.NO_AUTO_ORIENT,
@@ -180,7 +182,8 @@ class Host {
 
   // An effect with its controls as the plug-in registers them; `set` holds other values by persistent id.
   effect(set = {}, more = {}) {
-    const types = {"group": PropertyValueType.NO_VALUE, "group end": PropertyValueType.NO_VALUE, "layer": PropertyValueType.LAYER_INDEX};
+    const types = {"group": PropertyValueType.NO_VALUE, "group end": PropertyValueType.NO_VALUE,
+      "layer": PropertyValueType.LAYER_INDEX};
     const properties = this.controls.map(each => new Property(this, `Zam-${String(each.id).padStart(4, "0")}`,
       set[each.id] ?? (each.kind === "layer" ? 0 : each.default), types[each.kind] || PropertyValueType.OneD));
     properties.unshift(new Property(this, "Zam-0000", 0, PropertyValueType.LAYER_INDEX));
@@ -189,10 +192,10 @@ class Host {
   }
 
   addNull() {
-    const folder = {items: 1, get numItems() { return this.items; }, remove: () => this.items.splice(this.items.indexOf(folder), 1)};
+    const folder = {numItems: 1, remove: () => this.items.splice(this.items.indexOf(folder), 1)};
     const source = {parentFolder: folder, remove: () => {
       this.items.splice(this.items.indexOf(source), 1);
-      folder.items -= 1;
+      folder.numItems -= 1;
     }};
     this.items.push(folder, source);
     for (const each of this.layers) each.selected = false;
@@ -224,7 +227,7 @@ class Host {
     const host = this;
     return class File {
       constructor(name) { this.fsName = name; this.error = ""; this.text = null; }
-      get name() { return path.basename(this.fsName); }
+      get name() { return encodeURI(path.basename(this.fsName)); }
       get exists() { return fs.existsSync(this.fsName); }
       open(mode) {
         if (mode !== "w") throw new Error("only written to");

@@ -14,7 +14,7 @@ const {Host} = require("./after_effects.js");
 const [PROGRAM, ROOT] = process.argv.slice(2);
 const SCRIPT = fs.readFileSync(path.join(ROOT, "tools/export-comp.jsx"), "utf8");
 const FOLDER = fs.mkdtempSync(path.join(os.tmpdir(), "zam-export-"));
-const OUT = path.join(FOLDER, "scene.json");
+const OUT = path.join(FOLDER, "a scene.json");
 
 function zam(...words) {
   const run = spawnSync(PROGRAM, words, {encoding: "utf8"});
@@ -71,8 +71,8 @@ function composition() {
     cone_feather: 60, shadow_darkness: 85});
   const bulb = made.add({kind: "light", type: "point", name: "Bulb", position: [12.2, 4.4, 9.1], shadow_diffusion: 3,
     intensity: f => [20, 20, 20, 60, 35, 80, 50, 50][f], color: between([[0, [1, 0.2, 0.4, 1]], [7, [0.2, 0.6, 1, 1]]])});
-  made.add({kind: "light", type: "spot", name: "Beam", position: [57.9, 2.2, 31.3], orientation: [65, 331, 12], rotation_x: -21,
-    rotation_y: between([[0, -40], [7, -13]]), rotation_z: 5, cone_angle: 24, cone_feather: 0, color: [0.3, 0.6, 1, 1],
+  made.add({kind: "light", type: "spot", name: "Beam", position: [57.9, 2.2, 31.3], orientation: [65, 331, 12],
+    rotation_x: -21, rotation_y: between([[0, -40], [7, -13]]), rotation_z: 5, cone_angle: 24, cone_feather: 0, color: [0.3, 0.6, 1, 1],
     switches: {inPoint: 2 * frame, outPoint: 5 * frame}});
   made.add({kind: "light", type: "spot", name: "Off", position: [31, 8, 4], point_of_interest: [31, 30, 4],
     switches: {enabled: false}});
@@ -115,8 +115,8 @@ const TESTS = {
       assert.strictEqual(distinct.size, 6, "nothing moves");
     }
     const layer = name => scene.layers.find(each => each.name === name);
-    assert.deepStrictEqual(scene.layers.map(each => each.name), ["Zam Reach [Wall]", "Haze", "Camera", "Beam", "Bulb", "Beam",
-      "Off", "Fill", "Sun", "Crane", "Rig", "Wall"]);
+    assert.deepStrictEqual(scene.layers.map(each => each.name), ["Zam Reach [Wall]", "Haze", "Camera", "Beam", "Bulb",
+      "Beam", "Off", "Fill", "Sun", "Crane", "Rig", "Wall"]);
     assert.deepStrictEqual(layer("Bulb").intensity, {samples: [20, 60, 35, 80, 50], from: 2});
     assert.strictEqual(layer("Bulb").parent, layer("Rig").id);
     assert.ok(layer("Bulb").world_matrix.samples, "its grandparent moves");
@@ -199,7 +199,8 @@ const TESTS = {
     assert.deepStrictEqual([layer.in, layer.out, layer.start, layer.stretch, layer.parent], [2, 6.5, 7, 50, undefined]);
     assert.deepStrictEqual([layer.color, layer.shadow_diffusion], [[1, 0, 0.333333333333333], 0]);
     assert.deepStrictEqual([scene.frame_rate, scene.pixel_aspect, scene.effect.controls["#20"]], [29.97, 0.909091, 0]);
-    for (const word of [/runs backwards/, /"Flat" is soloed/, /"Flat" is chosen in the effect/]) assert.match(scene.note, word);
+    for (const word of [/runs backwards/, /"Flat" is soloed/, /"Flat" is chosen in the effect/])
+      assert.match(scene.note, word);
     render(OUT);
   },
 };
