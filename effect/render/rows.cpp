@@ -1,48 +1,67 @@
 #include "effect/render/rows.h"
 
 #include <cstdlib>
-#include <cstring>
+#include <string_view>
 
 #include "effect/render/row_targets.h"
 
 namespace zam {
 namespace {
 
-struct Available {
-    RowTarget targets[3] = {{"scalar", 1, RenderRow_scalar}};
-    std::size_t count = 1;
+// How wide the target of this name is, whether or not it was compiled in; of an unknown name, as wide as any.
+int LanesOfTarget(std::string_view name) {
+    return name == "scalar" ? 1 : name == "neon" ? 2 : name == "avx2" ? 4 : 8;
+}
 
+class Available {
+  public:
     Available() {
-#ifdef ZAM_X86_TARGETS
+        Add("scalar", RenderRow_scalar);
+#if defined(ZAM_ROWS_NEON)
+        Add("neon", RenderRow_neon);
+#endif
+#if defined(ZAM_ROWS_AVX2) || defined(ZAM_ROWS_AVX512)
         __builtin_cpu_init();
         const bool avx2 = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
-        const bool avx512 = avx2 && __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq") &&
-                            __builtin_cpu_supports("avx512vl");
-        if (avx2) targets[count++] = {"avx2", 4, RenderRow_avx2};
-        if (avx512) targets[count++] = {"avx512", 8, RenderRow_avx512};
+#endif
+#if defined(ZAM_ROWS_AVX2)
+        if (avx2) Add("avx2", RenderRow_avx2);
+#endif
+#if defined(ZAM_ROWS_AVX512)
+        if (avx2 && __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq") &&
+            __builtin_cpu_supports("avx512vl")) {
+            Add("avx512", RenderRow_avx512);
+        }
 #endif
     }
-};
 
-const RowTarget& Choose() {
-    const std::span<const RowTarget> targets = RowTargets();
-    if (const char* cap = std::getenv("ZAM_TARGET")) {
-        for (const RowTarget& target : targets) {
-            if (std::strcmp(target.name, cap) == 0) return target;
-        }
-    }
-    return targets.back();
-}
+    [[nodiscard]] std::span<const RowTarget> Targets() const { return {targets_, count_}; }
+
+  private:
+    void Add(const char* name, RowFunc render) { targets_[count_++] = {name, LanesOfTarget(name), render}; }
+
+    RowTarget targets_[4] = {};
+    std::size_t count_ = 0;
+};
 
 }  // namespace
 
 std::span<const RowTarget> RowTargets() {
     static const Available available;
-    return {available.targets, available.count};
+    return available.Targets();
+}
+
+const RowTarget& TargetWithin(std::span<const RowTarget> targets, const char* cap) {
+    const int most = cap ? LanesOfTarget(cap) : targets.back().lanes;
+    const RowTarget* widest = &targets.front();
+    for (const RowTarget& target : targets) {
+        if (target.lanes <= most) widest = &target;
+    }
+    return *widest;
 }
 
 const RowTarget& ChosenTarget() {
-    static const RowTarget& chosen = Choose();
+    static const RowTarget& chosen = TargetWithin(RowTargets(), std::getenv("ZAM_TARGET"));
     return chosen;
 }
 

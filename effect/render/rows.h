@@ -20,7 +20,11 @@ struct RowTarget {
 // always runs.
 std::span<const RowTarget> RowTargets();
 
-// The widest of them; the environment variable ZAM_TARGET caps the choice at the target that it names.
+// The widest of `targets` that is no wider than the target named `cap`, whether or not that one is among them; any name
+// that is none, or null, leaves the choice free.
+const RowTarget& TargetWithin(std::span<const RowTarget> targets, const char* cap);
+
+// The widest of RowTargets() within what the environment variable ZAM_TARGET names.
 const RowTarget& ChosenTarget();
 
 }  // namespace zam

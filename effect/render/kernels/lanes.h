@@ -1,6 +1,6 @@
 #pragma once
 // What a formula may use of its lane type V. Here is V = double, one lane, which every processor runs; the wider types
-// (lanes_avx2.h, lanes_avx512.h) bring the same names, and every kernel runs on them as it stands.
+// (lanes_neon.h, lanes_avx2.h ...) bring the same names, and every kernel runs on them as it stands.
 //
 // A comparison gives a mask (bool for one lane); masks combine with & | ! and choose with select.
 #include <cmath>
