@@ -2,11 +2,12 @@
 JOBS ?= $(shell nproc)
 OUT ?= out
 
-.PHONY: help demo test bench sanitize format-check format setup-build setup-test release clean
+.PHONY: help demo test test-arm64 bench sanitize format-check format setup-build setup-test release clean
 
 help:
 	@echo "make demo          install what it needs, build, render two real scenes to $(OUT)/"
 	@echo "make test          install what it needs, build, run all tests"
+	@echo "make test-arm64    the same for 64-bit ARM: a cross compiler, the tests in an emulator; some ten minutes"
 	@echo "make bench         measure the renderer against a plain scalar one, in one run"
 	@echo "make sanitize      the same tests under the address and undefined-behaviour sanitizers"
 	@echo "make format-check  are all sources laid out as .clang-format says?"
@@ -19,6 +20,12 @@ test: setup-test
 	cmake --build --preset $(PRESET) -j $(JOBS)
 	ctest --preset $(PRESET) -j $(JOBS)
 test: PRESET ?= release
+
+test-arm64:
+	@tools/setup.sh build test arm64
+	cmake --preset arm64
+	cmake --build --preset arm64 -j $(JOBS)
+	ctest --preset arm64 -j $(JOBS)
 
 sanitize: setup-test
 	cmake --preset asan

@@ -1,16 +1,19 @@
 #!/bin/sh
-# setup.sh build [test]: installs the Debian packages that building, and testing, need. Does nothing when all are there.
+# setup.sh build [test] [arm64]: installs the Debian packages that building, testing, and doing so for 64-bit ARM, need.
+# Does nothing when all are there.
 set -eu
 
 build="build-essential cmake ninja-build libcli11-dev nlohmann-json3-dev libpng-dev"
 test="libgtest-dev libgmock-dev python3 python3-jsonschema clang-format nodejs node-acorn"
+arm64="g++-aarch64-linux-gnu qemu-user libstdc++6:arm64 libpng-dev:arm64 libgtest-dev:arm64 libgmock-dev:arm64"
 
 packages=""
 for set in "$@"; do
     case $set in
         build) packages="$packages $build" ;;
         test) packages="$packages $test" ;;
-        *) echo "setup.sh: unknown set '$set'; there are: build test" >&2; exit 2 ;;
+        arm64) packages="$packages $arm64" ;;
+        *) echo "setup.sh: unknown set '$set'; there are: build test arm64" >&2; exit 2 ;;
     esac
 done
 
@@ -18,15 +21,19 @@ if ! command -v dpkg-query >/dev/null; then
     echo "setup.sh: this is no Debian; install what these Debian packages hold, then go on:$packages" >&2
     exit 0
 fi
+native=$(dpkg --print-architecture)
 missing=""
 for package in $packages; do
-    dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing="$missing $package"
+    case $package in *:*) architecture=${package#*:} ;; *) architecture=$native ;; esac
+    dpkg-query -W -f '${Architecture} ${Status}\n' "${package%:*}" 2>/dev/null |
+        grep -qE "^($architecture|all) install ok installed" || missing="$missing $package"
 done
 [ -n "$missing" ] || exit 0
 
 echo "setup.sh: installing$missing"
 as_root=""
 [ "$(id -u)" = 0 ] || as_root="sudo"
+case $missing in *:arm64*) $as_root dpkg --add-architecture arm64 ;; esac
 $as_root apt-get update -qq
 # shellcheck disable=SC2086  # a list of words
 DEBIAN_FRONTEND=noninteractive $as_root apt-get install -y -qq --no-install-recommends $missing >/dev/null
