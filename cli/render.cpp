@@ -40,15 +40,27 @@ void parse_size(const std::string& text, io::GltfOptions& options) {
     options.height = height;
 }
 
+// "auto" or a number of candela
+void parse_light_scale(const std::string& text, io::GltfOptions& options) {
+    if (text == "auto") return;
+    double candela = 0.0;
+    const char* end = text.data() + text.size();
+    const auto read = std::from_chars(text.data(), end, candela);
+    if (read.ec != std::errc() || read.ptr != end || !(candela > 0.0) || !(candela <= 1e12))
+        throw UsageError("--light-scale " + text +
+                         ": this is no light scale\nhint: write auto, or how many candela make 100 %");
+    options.light_scale = candela;
+}
+
 io::GltfOptions gltf_options(const RenderOptions& options) {
     io::GltfOptions gltf;
     if (!options.size.empty()) parse_size(options.size, gltf);
     if (options.frame_rate) gltf.frame_rate = io::ratio_of(*options.frame_rate);
     if (options.pixels_per_metre) gltf.pixels_per_metre = *options.pixels_per_metre;
-    gltf.light_scale = options.light_scale;
+    if (!options.light_scale.empty()) parse_light_scale(options.light_scale, gltf);
     gltf.camera = options.camera;
     const bool told = !options.size.empty() || !options.camera.empty() || options.frame_rate ||
-                      options.pixels_per_metre || options.light_scale;
+                      options.pixels_per_metre || !options.light_scale.empty();
     if (told && !io::is_gltf(options.scene))
         throw UsageError(
             "--size, --fps, --pixels-per-metre, --light-scale and --camera are for glTF scenes\n"
@@ -179,9 +191,8 @@ CLI::App* add_render(CLI::App& app, RenderOptions& options) {
     add("--pixels-per-metre", options.pixels_per_metre, "NUMBER", "Pixels for a metre [100]")
         ->check(CLI::Range(0.001, 100000.0))
         ->group(gltf);
-    add("--light-scale", options.light_scale, "NUMBER",
-        "Percent of intensity for a candela [the brightest light gets 100 %]")
-        ->check(CLI::Range(0.0, 1e6))
+    add("--light-scale", options.light_scale, "auto|CANDELA",
+        "Candela that make 100 %; auto: those of the brightest light [auto]")
         ->group(gltf);
     add("--camera", options.camera, "NAME", "Camera to look through [the first]")->group(gltf);
     return sub;

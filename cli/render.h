@@ -19,8 +19,8 @@ struct RenderOptions {
     int threads = 0;
     bool quiet = false;
     // glTF scenes only
-    std::string size, camera;
-    std::optional<double> frame_rate, pixels_per_metre, light_scale;
+    std::string size, camera, light_scale;
+    std::optional<double> frame_rate, pixels_per_metre;
 };
 
 // Adds the subcommand; `options` must outlive the parsing.

@@ -19,7 +19,7 @@ struct GltfOptions {
     int width = 1920, height = 1080;    // of the composition, pixels
     host::Ratio frame_rate{24, 1};      // frames per second
     double pixels_per_metre = 100.0;    // > 0
-    std::optional<double> light_scale;  // percent per candela; none: the brightest light has 100 %
+    std::optional<double> light_scale;  // candela that make 100 %, > 0; none: those of the brightest light
     std::string camera;                 // name of the camera to look through; empty: the first
 };
 

@@ -9,28 +9,26 @@
 namespace zam::io::gltf {
 namespace {
 
-constexpr std::uint64_t kMostElements = 4'000'000;
+constexpr std::uint64_t kMostElements = 1'000'000;
 
 struct ComponentType {
     int code;
     std::size_t bytes;
     bool is_signed;
-    double full;  // the integer that stands for 1.0; 0 for floats
+    double full;  // the integer that stands for 1.0 when normalized; 0 for floats
 };
-constexpr ComponentType kTypes[] = {{5120, 1, true, 127.0},
-                                    {5121, 1, false, 255.0},
-                                    {5122, 2, true, 32767.0},
-                                    {5123, 2, false, 65535.0},
-                                    {5126, 4, true, 0.0}};
+constexpr ComponentType kTypes[] = {{5120, 1, true, 127.0},         {5121, 1, false, 255.0},
+                                    {5122, 2, true, 32767.0},       {5123, 2, false, 65535.0},
+                                    {5125, 4, false, 4294967295.0}, {5126, 4, true, 0.0}};
 
-double component(const std::string& bytes, std::size_t at, const ComponentType& type) {
+double component(const std::string& bytes, std::size_t at, const ComponentType& type, bool normalized) {
     std::uint32_t code = 0;
     for (std::size_t i = type.bytes; i-- > 0;) code = code << 8 | static_cast<unsigned char>(bytes[at + i]);
     if (type.full == 0.0) return static_cast<double>(std::bit_cast<float>(code));
     double value = code;
     const double range = type.bytes == 1 ? 256.0 : 65536.0;
     if (type.is_signed && value >= range / 2.0) value -= range;
-    return std::max(value / type.full, -1.0);
+    return normalized ? std::max(value / type.full, -1.0) : value;
 }
 
 }  // namespace
@@ -48,8 +46,9 @@ std::vector<double> read_accessor(const Container& file, const JsonValue& user, 
     const std::uint64_t count = file.whole(accessor, "count", 0);
     if (count == 0 || count > kMostElements)
         throw file.error(accessor, "the accessor's count " + std::to_string(count) + " is out of range",
-                         "an animation has from 1 to 4 million keys");
+                         "an animation has from 1 to a million keys");
     const auto width = static_cast<std::size_t>(components);
+    file.spend(user, count * width);
     const JsonValue* view_index = accessor.find("bufferView");
     if (!view_index) return std::vector<double>(count * width, 0.0);
 
@@ -57,11 +56,11 @@ std::vector<double> read_accessor(const Container& file, const JsonValue& user, 
     const auto type = std::find_if(std::begin(kTypes), std::end(kTypes), [&](const ComponentType& known) {
         return static_cast<std::uint64_t>(known.code) == code;
     });
-    const JsonValue* normalized = accessor.find("normalized");
-    const bool fractions = normalized && normalized->truth;
-    if (type == std::end(kTypes) || (type->full != 0.0 && !fractions))
-        throw file.error(accessor, "component type " + std::to_string(code) + " is not one of an animation",
-                         "animations use floats (5126) or normalized integers");
+    if (type == std::end(kTypes))
+        throw file.error(accessor, "component type " + std::to_string(code) + " is not known",
+                         "animations use floats (5126) or integers (5120 to 5125)");
+    const JsonValue* told_normalized = accessor.find("normalized");
+    const bool normalized = told_normalized && told_normalized->truth;
 
     const JsonValue& view = file.element("bufferViews", *view_index);
     const JsonValue* buffer = view.find("buffer");
@@ -76,12 +75,12 @@ std::vector<double> read_accessor(const Container& file, const JsonValue& user, 
         throw file.error(accessor, "the accessor reaches beyond its buffer view", "export the file again");
 
     const std::uint64_t length = (count - 1) * stride + element;
-    const std::string bytes = file.bytes(*buffer, file.whole(view, "byteOffset", 0) + start, length);
+    const std::string bytes = file.bytes(*buffer, file.whole(view, "byteOffset", 0) + start, length, user);
     std::vector<double> numbers;
     numbers.reserve(count * width);
     for (std::uint64_t i = 0; i < count; ++i)
         for (std::size_t c = 0; c < width; ++c) {
-            numbers.push_back(component(bytes, i * stride + c * type->bytes, *type));
+            numbers.push_back(component(bytes, i * stride + c * type->bytes, *type, normalized));
             if (!std::isfinite(numbers.back()))
                 throw file.error(accessor, "element " + std::to_string(i) + " is not a finite number",
                                  "export the file again");

@@ -7,7 +7,7 @@
 namespace zam::io::gltf {
 
 // All components of the accessor that `user` (an index) names, one element after the other. `components` is
-// what the use asks for: 1 scalars, 3 or 4 vectors. Floats, and normalised integers as fractions. Throws
+// what the use asks for: 1 scalars, 3 or 4 vectors. Normalized integers come as fractions. Throws
 // SceneError.
 [[nodiscard]] std::vector<double> read_accessor(const Container& file, const JsonValue& user, int components);
 

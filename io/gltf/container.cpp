@@ -14,9 +14,10 @@ namespace {
 namespace fs = std::filesystem;
 using Kind = JsonValue::Kind;
 
-constexpr std::uint32_t kMagic = 0x46546C67;      // "glTF"
-constexpr std::uint32_t kJsonChunk = 0x4E4F534A;  // "JSON"
-constexpr std::uint32_t kBinChunk = 0x004E4942;   // "BIN"
+constexpr std::uint32_t kMagic = 0x46546C67;        // "glTF"
+constexpr std::uint32_t kJsonChunk = 0x4E4F534A;    // "JSON"
+constexpr std::uint32_t kBinChunk = 0x004E4942;     // "BIN"
+constexpr std::uint64_t kMostNumbers = 10'000'000;  // of all animation together
 
 // Extensions that only concern surfaces, textures and meshes: light does not need them.
 bool is_harmless(const std::string& extension) {
@@ -190,6 +191,11 @@ const JsonValue& Container::element(const char* array, const JsonValue& user) co
     return list->children[static_cast<std::size_t>(user.number)];
 }
 
+const JsonValue& Container::required(const JsonValue& object, const char* member) const {
+    if (const JsonValue* value = object.find(member)) return *value;
+    throw error(object, std::string("there is no \"") + member + "\" here", "export the file again");
+}
+
 std::uint64_t Container::whole(const JsonValue& object, const char* member, std::uint64_t fallback) const {
     const JsonValue* value = object.find(member);
     if (!value) return fallback;
@@ -200,11 +206,21 @@ std::uint64_t Container::whole(const JsonValue& object, const char* member, std:
     return static_cast<std::uint64_t>(value->number);
 }
 
-std::string Container::bytes(const JsonValue& user, std::uint64_t offset, std::uint64_t length) const {
-    const JsonValue& buffer = element("buffers", user);
+void Container::spend(const JsonValue& user, std::uint64_t numbers) const {
+    spent_ += numbers;
+    if (spent_ > kMostNumbers)
+        throw error(
+            user,
+            "the animation holds more than " + std::to_string(kMostNumbers / 1'000'000) + " million numbers",
+            "export fewer lights or a shorter range");
+}
+
+std::string Container::bytes(const JsonValue& index, std::uint64_t offset, std::uint64_t length,
+                             const JsonValue& user) const {
+    const JsonValue& buffer = element("buffers", index);
     const std::uint64_t size = whole(buffer, "byteLength", 0);
     if (offset > size || length > size - offset)
-        throw error(user, "the bytes reach beyond the buffer's byteLength " + std::to_string(size),
+        throw error(index, "the bytes reach beyond the buffer's byteLength " + std::to_string(size),
                     "export the file again");
     const JsonValue* uri = buffer.find("uri");
     std::string result;

@@ -28,12 +28,18 @@ class Container {
 
     // Element `index` of the root array `array` ("nodes"), which `user` refers to; throws when there is none.
     [[nodiscard]] const JsonValue& element(const char* array, const JsonValue& user) const;
+    // A member that an object must have.
+    [[nodiscard]] const JsonValue& required(const JsonValue& object, const char* member) const;
     // A whole number >= 0 of an object; `fallback` when the member is missing.
     [[nodiscard]] std::uint64_t whole(const JsonValue& object, const char* member,
                                       std::uint64_t fallback) const;
 
-    // `length` bytes of buffer `user` (an index) from `offset`. Throws SceneError when they are not there.
-    [[nodiscard]] std::string bytes(const JsonValue& user, std::uint64_t offset, std::uint64_t length) const;
+    // Counts the numbers of all animation that is read; throws SceneError at `user` when they become too many.
+    void spend(const JsonValue& user, std::uint64_t numbers) const;
+    // `length` bytes of the buffer that `index` names, from `offset`. Throws SceneError when they are not
+    // there; messages name `user` as who needs them.
+    [[nodiscard]] std::string bytes(const JsonValue& index, std::uint64_t offset, std::uint64_t length,
+                                    const JsonValue& user) const;
 
   private:
     void read_binary(const std::string& header);
@@ -48,6 +54,7 @@ class Container {
     bool binary_ = false;
     std::uint64_t chunk_offset_ = 0, chunk_length_ = 0;         // the binary chunk of a .glb; length 0: none
     mutable std::map<const JsonValue*, std::string> embedded_;  // data URIs, decoded once
+    mutable std::uint64_t spent_ = 0;
 };
 
 }  // namespace zam::io::gltf

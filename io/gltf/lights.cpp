@@ -41,7 +41,7 @@ host::Color read_color(const Container& file, const JsonValue& light) {
     return {color->children[0].number, color->children[1].number, color->children[2].number};
 }
 
-void read_cone(const Container& file, const JsonValue& light, LightDefinition& result) {
+void read_cone(const Container& file, const JsonValue& light, LightValues& result) {
     const JsonValue* spot = light.find("spot");
     if (!spot || !spot->is(Kind::object))
         throw file.error(spot ? *spot : light, "a spot light needs an object \"spot\"",
@@ -60,8 +60,40 @@ void read_cone(const Container& file, const JsonValue& light, LightDefinition& r
     result.inner_angle = inner;
 }
 
-LightDefinition read_light(const Container& file, const JsonValue& light,
-                           std::vector<std::string>& warnings) {
+// Members that a light of its type should not have are told once for all lights.
+struct Ignored {
+    const char* reason;
+    const JsonValue* first = nullptr;
+    std::size_t count = 0;
+
+    void add(const JsonValue& value) {
+        if (++count == 1) first = &value;
+    }
+    void tell(const Container& file, std::vector<std::string>& warnings) const {
+        if (count == 0) return;
+        const std::string more = count > 1 ? " (and " + std::to_string(count - 1) + " more)" : "";
+        warnings.push_back(file.document().where(*first) + ": " + file.document().pointer(*first) + more +
+                           " is ignored: " + reason);
+    }
+};
+
+// An older draft of the extension lit whole scenes.
+Ignored scene_lights(const Container& file) {
+    Ignored ignored{"lights hang on nodes"};
+    const JsonValue* scenes = file.root().find("scenes");
+    if (!scenes) return ignored;
+    for (const JsonValue& scene : scenes->children)
+        if (const JsonValue* extensions = scene.find("extensions"))
+            if (const JsonValue* light = extensions->find("KHR_lights_punctual")) ignored.add(*light);
+    return ignored;
+}
+
+struct IgnoredMembers {
+    Ignored spot{"the light is no spot"};
+    Ignored range{"a directional light has no range"};
+};
+
+LightDefinition read_light(const Container& file, const JsonValue& light, IgnoredMembers& ignored) {
     LightDefinition result;
     result.name = name_of(light);
     const JsonValue* type = light.find("type");
@@ -72,39 +104,50 @@ LightDefinition read_light(const Container& file, const JsonValue& light,
     } else if (type->text == "directional") {
         result.type = host::LightType::parallel;
     } else if (type->text != "point") {
-        throw file.error(*type, "light type " + quote(type->text) + " is not known", types);
+        throw file.error(*type,
+                         type->is(Kind::string)
+                             ? "light type " + quote(type->text) + " is not known"
+                             : std::string("the light's type is ") + type->kind_name() + ", not a text",
+                         types);
     }
-    result.color = read_color(file, light);
-    result.intensity = number(file, light, "intensity", 1.0, "intensity is a number in candela or lux");
-    if (result.intensity < 0.0)
+    LightValues& values = result.values;
+    values.color = read_color(file, light);
+    values.intensity = number(file, light, "intensity", 1.0, "intensity is a number in candela or lux");
+    if (values.intensity < 0.0)
         throw file.error(*light.find("intensity"), "intensity is negative", "use 0 to switch a light off");
     const JsonValue* range = light.find("range");
-    result.range = number(file, light, "range", 0.0, "range is a number in metres");
-    if (range && result.range <= 0.0)
+    values.range = number(file, light, "range", 0.0, "range is a number in metres");
+    if (range && values.range <= 0.0)
         throw file.error(*range, "range is not above 0", "leave range out for a light without end");
     if (result.type == host::LightType::spot) {
-        read_cone(file, light, result);
+        read_cone(file, light, values);
     } else if (const JsonValue* spot = light.find("spot")) {
-        warnings.push_back(file.document().where(*spot) + ": " + file.document().pointer(*spot) +
-                           " is ignored: the light is no spot");
+        ignored.spot.add(*spot);
     }
     if (range && result.type == host::LightType::parallel) {
-        warnings.push_back(file.document().where(*range) + ": " + file.document().pointer(*range) +
-                           " is ignored: a directional light has no range");
-        result.range = 0.0;
+        ignored.range.add(*range);
+        values.range = 0.0;
     }
     return result;
 }
 
 }  // namespace
 
-std::vector<LightDefinition> read_lights(const Container& file, std::vector<std::string>& warnings) {
-    std::vector<LightDefinition> result;
+const JsonValue* light_list(const Container& file) {
     const JsonValue* extensions = file.root().find("extensions");
     const JsonValue* extension = extensions ? extensions->find("KHR_lights_punctual") : nullptr;
-    const JsonValue* lights = extension ? extension->find("lights") : nullptr;
+    return extension ? extension->find("lights") : nullptr;
+}
+
+std::vector<LightDefinition> read_lights(const Container& file, std::vector<std::string>& warnings) {
+    std::vector<LightDefinition> result;
+    scene_lights(file).tell(file, warnings);
+    const JsonValue* lights = light_list(file);
     if (!lights) return result;
-    for (const JsonValue& light : lights->children) result.push_back(read_light(file, light, warnings));
+    IgnoredMembers ignored;
+    for (const JsonValue& light : lights->children) result.push_back(read_light(file, light, ignored));
+    ignored.spot.tell(file, warnings);
+    ignored.range.tell(file, warnings);
     return result;
 }
 

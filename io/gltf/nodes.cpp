@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "io/gltf/lights.h"
 #include "io/text.h"
 
 namespace zam::io::gltf {
@@ -59,28 +60,29 @@ std::optional<std::size_t> light_index(const Container& file, const JsonValue& n
     return static_cast<std::size_t>(light->number);
 }
 
-std::size_t defined_lights(const Container& file) {
-    const JsonValue* extensions = file.root().find("extensions");
-    const JsonValue* extension = extensions ? extensions->find("KHR_lights_punctual") : nullptr;
-    const JsonValue* lights = extension ? extension->find("lights") : nullptr;
-    return lights ? lights->children.size() : 0;
+bool own_visibility(const Container& file, const JsonValue& node) {
+    const JsonValue* extensions = node.find("extensions");
+    const JsonValue* extension = extensions ? extensions->find("KHR_node_visibility") : nullptr;
+    const JsonValue* visible = extension ? extension->find("visible") : nullptr;
+    if (!visible) return true;
+    if (!visible->is(Kind::boolean))
+        throw file.error(*visible, std::string("visible is ") + visible->kind_name(), "write true or false");
+    return visible->truth;
 }
 
 }  // namespace
 
-NodeTree::NodeTree(const Container& file, const Channels& channels, std::vector<std::string>& warnings) {
-    const std::size_t lights = defined_lights(file);
-    bool hides = false;
+NodeTree::NodeTree(const Container& file, Channels& channels) {
+    const JsonValue* definitions = light_list(file);
+    const std::size_t lights = definitions ? definitions->children.size() : 0;
     if (const JsonValue* list = file.root().find("nodes")) {
         nodes_.reserve(list->children.size());
         for (const JsonValue& value : list->children) {
             read_node(file, value);
             nodes_.back().light = light_index(file, value, lights);
-            const JsonValue* extensions = value.find("extensions");
-            hides = hides || (extensions && extensions->find("KHR_node_visibility"));
+            nodes_.back().visible = own_visibility(file, value);
         }
     }
-    if (hides) warnings.push_back("KHR_node_visibility is ignored: lights of hidden nodes shine too");
     link(file);
     walk(file);
     read_tracks(file, channels);
@@ -124,6 +126,22 @@ void NodeTree::link(const Container& file) {
             nodes_[i].children.push_back(index);
         }
     }
+    // Every node has one parent at most: what no node without a parent leads to hangs in a circle.
+    std::vector<bool> reached(nodes_.size(), false);
+    std::vector<std::size_t> open;
+    for (std::size_t i = 0; i < nodes_.size(); ++i)
+        if (!nodes_[i].parent) open.push_back(i);
+    while (!open.empty()) {
+        const std::size_t index = open.back();
+        open.pop_back();
+        reached[index] = true;
+        open.insert(open.end(), nodes_[index].children.begin(), nodes_[index].children.end());
+    }
+    const auto lost = std::find(reached.begin(), reached.end(), false);
+    if (lost == reached.end()) return;
+    const auto index = static_cast<std::size_t>(lost - reached.begin());
+    throw file.error(*nodes_[index].place, "node " + std::to_string(index) + " hangs below itself",
+                     "export the file again; its nodes form a circle");
 }
 
 void NodeTree::walk(const Container& file) {
@@ -132,6 +150,7 @@ void NodeTree::walk(const Container& file) {
     if (scenes && !scenes->children.empty()) {
         const JsonValue* chosen = file.root().find("scene");
         const JsonValue& scene = chosen ? file.element("scenes", *chosen) : scenes->children.front();
+        std::vector<bool> listed(nodes_.size(), false);
         if (const JsonValue* roots = scene.find("nodes"))
             for (const JsonValue& root : roots->children) {
                 static_cast<void>(file.element("nodes", root));
@@ -139,16 +158,14 @@ void NodeTree::walk(const Container& file) {
                 if (nodes_[index].parent)
                     throw file.error(root, "node " + std::to_string(index) + " is no root: it has a parent",
                                      "a scene lists nodes without parents; export the file again");
-                const bool twice = std::any_of(open.begin(), open.end(),
-                                               [&](const auto& entry) { return entry.first == index; });
-                if (!twice) open.push_back({index, 0});
+                if (!listed[index]) open.push_back({index, 0});
+                listed[index] = true;
             }
     } else {
         for (std::size_t i = 0; i < nodes_.size(); ++i)
             if (!nodes_[i].parent) open.push_back({i, 0});
     }
     std::reverse(open.begin(), open.end());
-    // Roots have no parent and every other node one: no circle can be reached from here.
     while (!open.empty()) {
         const auto [index, depth] = open.back();
         open.pop_back();
@@ -163,26 +180,60 @@ void NodeTree::walk(const Container& file) {
     }
 }
 
-void NodeTree::read_tracks(const Container& file, const Channels& channels) {
-    std::set<std::size_t> needed;
-    for (const std::size_t carrier : carriers_)
+void NodeTree::read_tracks(const Container& file, Channels& channels) {
+    std::set<std::size_t> needed, lit;  // those that place something, those that can hide a light
+    for (const std::size_t carrier : carriers_) {
         for (std::optional<std::size_t> at = carrier; at && needed.insert(*at).second;)
             at = nodes_[*at].parent;
-    for (const Channel& channel : channels.nodes) {
-        if (needed.count(channel.node) == 0) continue;
-        Node& node = nodes_[channel.node];
-        if (node.matrix)
-            throw file.error(*channel.place,
-                             "node " + std::to_string(channel.node) + " has a matrix and cannot be animated",
-                             "give the node translation, rotation and scale instead of a matrix");
-        node.tracks.emplace_back(file, *channel.sampler, channel.path);
+        if (!nodes_[carrier].light) continue;
+        for (std::optional<std::size_t> at = carrier; at && lit.insert(*at).second;) at = nodes_[*at].parent;
     }
+    for (const std::size_t index : needed) {
+        Node& node = nodes_[index];
+        for (const Property property : {Property::translation, Property::rotation, Property::scale}) {
+            if (node.matrix && channels.moves(property, index))
+                throw file.error(channels.place(property, index),
+                                 "node " + std::to_string(index) + " has a matrix and cannot be animated",
+                                 "give the node translation, rotation and scale instead of a matrix");
+            if (auto track = channels.track(property, index))
+                node.tracks.emplace_back(property, std::move(*track));
+        }
+    }
+    for (const std::size_t index : lit)
+        if (auto track = channels.track(Property::visible, index))
+            nodes_[index].tracks.emplace_back(Property::visible, std::move(*track));
 }
 
-bool NodeTree::moves(std::size_t index) const {
+int NodeTree::depth(std::size_t index) const {
+    int count = 0;
+    for (std::optional<std::size_t> at = index; at; at = nodes_[*at].parent) ++count;
+    return count;
+}
+
+Variation NodeTree::placement(std::size_t index) const {
+    Variation variation = Variation::still;
     for (std::optional<std::size_t> at = index; at; at = nodes_[*at].parent)
-        if (!nodes_[*at].tracks.empty()) return true;
-    return false;
+        for (const auto& [property, track] : nodes_[*at].tracks)
+            if (property != Property::visible)
+                variation = std::max(variation, track.steps() ? Variation::steps : Variation::moves);
+    return variation;
+}
+
+Variation NodeTree::visibility(std::size_t index) const {
+    for (std::optional<std::size_t> at = index; at; at = nodes_[*at].parent)
+        for (const auto& [property, track] : nodes_[*at].tracks)
+            if (property == Property::visible) return Variation::steps;
+    return Variation::still;
+}
+
+bool NodeTree::visible(std::size_t index, double seconds) const {
+    for (std::optional<std::size_t> at = index; at; at = nodes_[*at].parent) {
+        bool visible = nodes_[*at].visible;
+        for (const auto& [property, track] : nodes_[*at].tracks)
+            if (property == Property::visible) visible = track.at(seconds)[0] != 0.0;
+        if (!visible) return false;
+    }
+    return true;
 }
 
 Placement NodeTree::local(std::size_t index, double seconds, bool with_scale) const {
@@ -190,19 +241,11 @@ Placement NodeTree::local(std::size_t index, double seconds, bool with_scale) co
     if (node.matrix) return with_scale ? *node.matrix : upright(*node.matrix).value_or(Placement{});
     Vec3 translation = node.translation, scale = node.scale;
     Quaternion rotation = node.rotation;
-    for (const Track& track : node.tracks) {
+    for (const auto& [property, track] : node.tracks) {
         const Track::Value v = track.at(seconds);
-        switch (track.path()) {
-            case NodePath::translation:
-                translation = {v[0], v[1], v[2]};
-                break;
-            case NodePath::rotation:
-                rotation = {v[0], v[1], v[2], v[3]};
-                break;
-            case NodePath::scale:
-                scale = {v[0], v[1], v[2]};
-                break;
-        }
+        if (property == Property::translation) translation = {v[0], v[1], v[2]};
+        if (property == Property::rotation) rotation = {v[0], v[1], v[2], v[3]};
+        if (property == Property::scale) scale = {v[0], v[1], v[2]};
     }
     Placement placement = rotated(rotation);
     if (with_scale) {

@@ -4,9 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "io/gltf/animation.h"
+#include "io/gltf/channels.h"
 #include "io/gltf/container.h"
 #include "io/gltf/linear.h"
+#include "io/gltf/timeline.h"
 
 namespace zam::io::gltf {
 
@@ -19,21 +20,28 @@ struct Node {
     std::optional<Placement> matrix;           // instead of the three below
     Vec3 translation, scale{1.0, 1.0, 1.0};
     Quaternion rotation;
-    std::vector<Track> tracks;
+    bool visible = true;  // the node's own word; hidden parents hide it as well
+    std::vector<std::pair<Property, Track>> tracks;
 };
 
 // The nodes of the file's scene (or, without scenes, all). Only the tracks of nodes that carry lights and
 // cameras, or their ancestors, are read: other animation may lack its buffers.
 class NodeTree {
   public:
-    // Throws SceneError; `warnings` gains what is ignored.
-    NodeTree(const Container& file, const Channels& channels, std::vector<std::string>& warnings);
+    // Throws SceneError.
+    NodeTree(const Container& file, Channels& channels);
 
     [[nodiscard]] const Node& node(std::size_t index) const { return nodes_[index]; }
     // The nodes with a light or a camera, parents before children, otherwise in the order of the file.
     [[nodiscard]] const std::vector<std::size_t>& carriers() const { return carriers_; }
-    // True when the node or an ancestor is animated.
-    [[nodiscard]] bool moves(std::size_t index) const;
+    // How many nodes lie between this one and the outside, both ends included.
+    [[nodiscard]] int depth(std::size_t index) const;
+    // How the node's placement varies, with those of all above it.
+    [[nodiscard]] Variation placement(std::size_t index) const;
+    // How its visibility varies: still or steps.
+    [[nodiscard]] Variation visibility(std::size_t index) const;
+    // Whether the node and all above it are visible.
+    [[nodiscard]] bool visible(std::size_t index, double seconds) const;
     // With the scale of the hierarchy in the axes.
     [[nodiscard]] Placement world(std::size_t index, double seconds) const;
     // Unit axes: -z is where a light shines and a camera looks. Scale can tilt the axes of a hierarchy; z
@@ -44,7 +52,7 @@ class NodeTree {
     void read_node(const Container& file, const JsonValue& value);
     void link(const Container& file);
     void walk(const Container& file);
-    void read_tracks(const Container& file, const Channels& channels);
+    void read_tracks(const Container& file, Channels& channels);
     [[nodiscard]] Placement local(std::size_t index, double seconds, bool with_scale) const;
 
     std::vector<Node> nodes_;

@@ -3,34 +3,28 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <numbers>
+#include <map>
 
 #include "io/effect_layer.h"
-#include "io/euler.h"
-#include "io/gltf/lights.h"
-#include "io/gltf/nodes.h"
+#include "io/gltf/layers.h"
 #include "io/text.h"
 
 namespace zam::io::gltf {
 namespace {
 
-constexpr double kDegrees = 180.0 / std::numbers::pi;
-constexpr int kMostFrames = 100'000;
-constexpr std::size_t kMostKeys = 5'000'000;  // of all layers together
-// Times are stored in single precision: a last key a thousandth of a frame early still counts.
-constexpr double kFrameSlack = 1e-3;
+constexpr std::size_t kMostLayers = 10'000;
+constexpr std::size_t kLongestList = 400;  // bytes of names in a message
 
-// glTF has y up and z towards the viewer; a composition has y down and z away. Turning by half about x takes
-// one to the other, so nothing is mirrored.
-Vec3 turned(const Vec3& v) { return {v.x, -v.y, -v.z}; }
+// The most that a value reaches; intensities are never negative.
+double peak(const host::Animated<double>& value) {
+    double most = value.keys.empty() ? value.constant : 0.0;
+    for (const auto& key : value.keys) most = std::max(most, key.value);
+    return most;
+}
 
-// An animation whose keys are all the same does not move.
-void settle(host::Animated<Vec3>& animated) {
-    const auto& keys = animated.keys;
-    const bool still = std::all_of(keys.begin(), keys.end(),
-                                   [&](const auto& key) { return key.value == keys.front().value; });
-    if (!keys.empty()) animated.constant = keys.front().value;
-    if (still) animated.keys.clear();
+void multiply(host::Animated<double>* value, double factor) {
+    value->constant *= factor;
+    for (auto& key : value->keys) key.value *= factor;
 }
 
 class GltfReader {
@@ -40,157 +34,145 @@ class GltfReader {
           file_(file),
           lights_(read_lights(file_, scene_.warnings)),
           cameras_(read_cameras(file_)),
-          channels_(read_channels(file_)),
-          nodes_(file_, channels_, scene_.warnings) {}
+          channels_(file_, scene_.warnings),
+          nodes_(file_, channels_) {}
 
     Scene read() {
-        scene_.warnings.insert(scene_.warnings.end(), channels_.warnings.begin(), channels_.warnings.end());
+        if (nodes_.carriers().size() > kMostLayers)
+            throw SceneError(name(), {},
+                             "there are more than " + std::to_string(kMostLayers) + " lights and cameras",
+                             "export fewer of them");
+        // The length is known when everything that moves has been read.
+        read_motion();
+        Timeline timeline(name(), channels_.last_second(), options_.frame_rate);
+        LayerMaker maker(options_, nodes_, timeline);
         host::Composition& composition = scene_.composition;
-        composition.name = std::filesystem::path(file_.document().file).stem().string();
+        composition.name = std::filesystem::path(name()).stem().string();
         composition.width = options_.width;
         composition.height = options_.height;
         composition.frame_rate = options_.frame_rate;
-        composition.duration = count_frames();
-        composition.work_area_duration = composition.duration;
-        add_lights();
-        add_cameras();
+        composition.duration = composition.work_area_duration = timeline.frames();
+        add_lights(maker);
+        scale_intensities();
+        add_cameras(maker);
+        if (confined_)
+            scene_.warnings.push_back(name() +
+                                      ": animated colours, angles or other values leave their bounds and are "
+                                      "held at them");
         add_effect_layer(composition);
         return std::move(scene_);
     }
 
   private:
-    int count_frames() {
-        const double last = channels_.last_second * options_.frame_rate.value();
-        if (!(last < kMostFrames))
-            throw SceneError(file_.document().file, {},
-                             "the animation lasts " + format_number(last) + " frames, more than " +
-                                 std::to_string(kMostFrames),
-                             "export a shorter range, or use fewer frames per second");
-        const int frames = static_cast<int>(std::floor(last + kFrameSlack)) + 1;
-        if (nodes_.carriers().size() > kMostKeys / static_cast<std::size_t>(frames))
-            throw SceneError(file_.document().file, {}, "too many lights and frames",
-                             "export fewer lights or a shorter range");
-        return frames;
-    }
+    [[nodiscard]] const std::string& name() const { return file_.document().file; }
 
-    // A layer at a node's place, with a key at each frame when the node moves.
-    host::Layer place(std::size_t index, host::LayerKind kind, const std::string& name) {
-        host::Layer layer;
-        layer.id = next_id_++;
-        layer.kind = kind;
-        layer.name = name;
-        layer.out_frame = scene_.composition.duration;
-        const int frames = nodes_.moves(index) ? scene_.composition.duration : 1;
-        Vec3 orientation;
-        for (int frame = 0; frame < frames; ++frame) {
-            const double seconds = frame / options_.frame_rate.value();
-            const Placement axes = nodes_.world_axes(index, seconds);
-            // A composition's lights and cameras look along their +z, glTF's along -z; y is turned alike.
-            orientation =
-                orientation_of({turned(axes.x), turned(axes.y * -1.0), turned(axes.z * -1.0)}, orientation);
-            layer.transform.position.keys.push_back(
-                {static_cast<double>(frame), position(nodes_.world(index, seconds).origin)});
-            layer.transform.orientation.keys.push_back({static_cast<double>(frame), orientation});
+    void read_motion() {
+        for (const std::size_t index : nodes_.carriers()) {
+            const Node& node = nodes_.node(index);
+            if (node.light && motions_.count(*node.light) == 0)
+                motions_.insert({*node.light, LightMotion(channels_, *node.light, lights_[*node.light])});
+            if (node.camera && lenses_.count(*node.camera) == 0)
+                lenses_.insert({*node.camera, channels_.track(Property::yfov, *node.camera)});
         }
-        settle(layer.transform.position);
-        settle(layer.transform.orientation);
-        return layer;
     }
 
-    // The file's origin is the composition's centre: without a camera it is in the middle of the view.
-    Vec3 position(const Vec3& metres) const {
-        const Vec3 centre{options_.width / 2.0, options_.height / 2.0, 0.0};
-        return centre + turned(metres) * options_.pixels_per_metre;
-    }
-
-    void add_lights() {
-        choose_scales();
+    void add_lights(LayerMaker& maker) {
         for (const std::size_t index : nodes_.carriers()) {
             const Node& node = nodes_.node(index);
             if (!node.light) continue;
-            const LightDefinition& definition = lights_[*node.light];
-            host::Layer layer = place(index, host::LayerKind::light, name_of(node, definition.name, "Light"));
-            host::LightSettings& light = layer.light;
-            const bool parallel = definition.type == host::LightType::parallel;
-            light.type = definition.type;
-            // Point lights shine alike to all sides; a composition's have no orientation.
-            if (light.type == host::LightType::point) layer.transform.orientation = Vec3{};
-            light.color = definition.color;
-            light.intensity = definition.intensity * (parallel ? lux_scale_ : candela_scale_);
-            light.shadow_diffusion = definition.range * options_.pixels_per_metre;
-            if (definition.type == host::LightType::spot) {
-                light.cone_angle = 2.0 * definition.outer_angle * kDegrees;
-                light.cone_feather = (1.0 - definition.inner_angle / definition.outer_angle) * 100.0;
-            }
-            scene_.composition.layers.push_back(std::move(layer));
+            scene_.composition.layers.push_back(
+                maker.light(index, lights_[*node.light], motions_.at(*node.light), &confined_));
         }
     }
 
-    void choose_scales() {
-        const LightDefinition* brightest = nullptr;
-        double most_lux = 0.0;
-        for (const std::size_t index : nodes_.carriers()) {
-            if (!nodes_.node(index).light) continue;
-            const LightDefinition& light = lights_[*nodes_.node(index).light];
-            if (light.type == host::LightType::parallel)
-                most_lux = std::max(most_lux, light.intensity);
-            else if (!brightest || light.intensity > brightest->intensity)
-                brightest = &light;
+    // From candela and lux to percent.
+    void scale_intensities() {
+        std::vector<host::Layer>& layers = scene_.composition.layers;
+        const host::Layer* brightest = nullptr;
+        double most_candela = 0.0, most_lux = 0.0;
+        bool any = false;
+        for (const host::Layer& layer : layers) {
+            const double most = peak(layer.light.intensity);
+            const bool parallel = layer.light.type == host::LightType::parallel;
+            any = any || !parallel;
+            if (!layer.video) continue;
+            if (parallel) most_lux = std::max(most_lux, most);
+            if (parallel || (brightest && most <= most_candela)) continue;
+            brightest = &layer;
+            most_candela = most;
         }
-        if (!brightest)
-            scene_.warnings.push_back(file_.document().file +
-                                      ": there is no point or spot light; nothing will shine");
-        if (most_lux > 0.0) lux_scale_ = 100.0 / most_lux;
-        if (brightest && brightest->intensity > 0.0) candela_scale_ = 100.0 / brightest->intensity;
-        if (options_.light_scale) candela_scale_ = lux_scale_ = *options_.light_scale;
-        if (brightest)
-            scene_.notes.push_back("light scale " + format_number(candela_scale_) +
-                                   " percent per candela: the brightest light" +
-                                   (brightest->name.empty() ? "" : ", " + quote(brightest->name) + ",") +
-                                   " with " + format_number(brightest->intensity) + " cd has " +
-                                   format_number(brightest->intensity * candela_scale_) + " %");
+        const double full = options_.light_scale.value_or(most_candela > 0.0 ? most_candela : 1.0);
+        const double full_lux = options_.light_scale.value_or(most_lux > 0.0 ? most_lux : 1.0);
+        if (!any)
+            scene_.warnings.push_back(name() + ": no node carries a point or spot light; nothing will shine");
+        else if (!brightest)
+            scene_.warnings.push_back(name() + ": all point and spot lights are hidden; nothing will shine");
+        else
+            note_scale(brightest->name, most_candela, full);
+        shines_ = brightest != nullptr;
+        for (host::Layer& layer : layers)
+            multiply(&layer.light.intensity,
+                     100.0 / (layer.light.type == host::LightType::parallel ? full_lux : full));
     }
 
-    void add_cameras() {
+    void note_scale(const std::string& brightest, double candela, double full) {
+        const std::string most = quote(brightest) + " with " + format_number(candela) + " cd";
+        scene_.notes.push_back(
+            "light scale " + format_number(full) + " candela for 100 %: " +
+            (options_.light_scale
+                 ? "the brightest light, " + most + ", has " + format_number(100.0 * candela / full) + " %"
+                 : "that is the brightest light, " + most + "; --light-scale " + format_number(full) +
+                       " keeps it"));
+    }
+
+    void add_cameras(LayerMaker& maker) {
         std::vector<host::Layer> layers;
+        std::optional<std::size_t> chosen;
         std::vector<std::string> names;
-        std::size_t chosen = 0;
+        std::string flat;
+        std::vector<double> aspects;
         for (const std::size_t index : nodes_.carriers()) {
             const Node& node = nodes_.node(index);
             if (!node.camera) continue;
             const CameraDefinition& camera = cameras_[*node.camera];
-            const std::string name = name_of(node, camera.name, "Camera");
             if (!camera.perspective) {
-                scene_.warnings.push_back("the orthographic camera " + quote(name) + " is left out");
+                flat += (flat.empty() ? "" : ", ") + quote(maker.name_of(index, camera.name, "Camera"));
                 continue;
             }
-            host::Layer& layer = layers.emplace_back(place(index, host::LayerKind::camera, name));
-            layer.camera.zoom = options_.height / (2.0 * std::tan(camera.yfov / 2.0));
-            if (!options_.camera.empty() && options_.camera == name) chosen = layers.size() - 1;
-            names.push_back(name);
-            note_aspect(camera, name);
+            layers.push_back(maker.camera(index, camera, lenses_.at(*node.camera), &confined_));
+            aspects.push_back(camera.aspect_ratio);
+            names.push_back(quote(layers.back().name));
+            if (layers.back().name == options_.camera && !chosen) chosen = layers.size() - 1;
         }
-        if (!options_.camera.empty() && std::find(names.begin(), names.end(), options_.camera) == names.end())
-            throw SceneError(
-                file_.document().file, {}, "there is no perspective camera " + quote(options_.camera),
-                names.empty() ? "the file has none; leave the choice out" : "the file has " + join_or(names));
+        if (!flat.empty())
+            scene_.warnings.push_back("orthographic cameras are left out: " + shorten(flat, kLongestList));
+        if (!options_.camera.empty() && !chosen)
+            throw SceneError(name(), {}, "there is no perspective camera " + quote(options_.camera),
+                             names.empty() ? "the file has none; leave the choice out"
+                                           : "the file has " + shorten(join_or(names), kLongestList));
+        if (layers.empty()) {
+            if (shines_) note_default_view();
+            return;
+        }
         // The topmost camera is the one that is looked through.
-        if (!layers.empty()) std::swap(layers[0], layers[chosen]);
+        note_aspect(aspects[chosen.value_or(0)], layers[chosen.value_or(0)].name);
+        std::swap(layers[0], layers[chosen.value_or(0)]);
         for (host::Layer& layer : layers) scene_.composition.layers.push_back(std::move(layer));
     }
 
-    void note_aspect(const CameraDefinition& camera, const std::string& name) {
-        const double ours = static_cast<double>(options_.width) / options_.height;
-        if (camera.aspect_ratio <= 0.0 || std::abs(camera.aspect_ratio / ours - 1.0) < 0.01) return;
-        scene_.notes.push_back(
-            "camera " + quote(name) + " was made for width / height = " + format_number(camera.aspect_ratio) +
-            ", the composition has " + format_number(ours) + ": the view keeps its height");
+    void note_default_view() {
+        scene_.notes.push_back("there is no camera to look through: the default view shows " +
+                               format_number(options_.width / options_.pixels_per_metre) + " x " +
+                               format_number(options_.height / options_.pixels_per_metre) +
+                               " metres around the origin; --pixels-per-metre and --size change that");
     }
 
-    std::string name_of(const Node& node, const std::string& definition, const char* kind) const {
-        if (!node.name.empty()) return node.name;
-        if (!definition.empty()) return definition;
-        return std::string(kind) + " " + std::to_string(next_id_);
+    void note_aspect(double theirs, const std::string& camera) {
+        const double ours = static_cast<double>(options_.width) / options_.height;
+        if (theirs <= 0.0 || std::abs(theirs / ours - 1.0) < 0.01) return;
+        scene_.notes.push_back(
+            "camera " + quote(camera) + " was made for width / height = " + format_number(theirs) +
+            ", the composition has " + format_number(ours) + ": the view keeps its height");
     }
 
     const GltfOptions& options_;
@@ -200,8 +182,10 @@ class GltfReader {
     std::vector<CameraDefinition> cameras_;
     Channels channels_;
     NodeTree nodes_;
-    host::LayerId next_id_ = 1;
-    double candela_scale_ = 100.0, lux_scale_ = 100.0;  // percent per unit
+    std::map<std::size_t, LightMotion> motions_;          // of the light definitions in use
+    std::map<std::size_t, std::optional<Track>> lenses_;  // yfov of the camera definitions in use
+    bool confined_ = false;  // an animated value left its bounds
+    bool shines_ = false;    // some point or spot light is not hidden
 };
 
 }  // namespace

@@ -237,7 +237,7 @@ class Program(unittest.TestCase):
 
     def test_gltf_scene(self):
         scene = ROOT / "examples/stage/stage.gltf"
-        run = self.expect(0, "percent per candela", "render", scene, "-o", "out/s.##.png", "--frames", "0,47",
+        run = self.expect(0, "hint: --light-scale ", "render", scene, "-o", "out/s.##.png", "--frames", "0,47",
                           "--size", "64x36", "--pixels-per-metre", "50")
         self.assertNotIn("warning", run.stderr)
         first, last = (read_png(self.folder / f"out/s.{n}.png") for n in ("00", "47"))

@@ -1,13 +1,16 @@
 #pragma once
-// Writes small glTF files for tests: a JSON text with accessors over a buffer of floats.
+// Writes small glTF files for tests, a JSON text with accessors over a buffer, and reads them back.
 #include <unistd.h>
 
 #include <bit>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "io/gltf/read_gltf.h"
 
 namespace zam::io {
 
@@ -40,15 +43,33 @@ class GltfFile {
                 bytes_ += static_cast<char>(std::bit_cast<std::uint32_t>(number) >> shift & 0xFF);
         return std::to_string(count_++);
     }
+    // The same of bytes; the buffer must not hold floats after them.
+    std::string bytes(const std::string& numbers) {
+        accessors_ += separator(accessors_) + R"({"bufferView": )" + std::to_string(count_) +
+                      R"(, "componentType": 5121, "count": )" + std::to_string(numbers.size()) +
+                      R"(, "type": "SCALAR"})";
+        views_ += separator(views_) + R"({"buffer": 0, "byteOffset": )" + std::to_string(bytes_.size()) +
+                  R"(, "byteLength": )" + std::to_string(numbers.size()) + "}";
+        bytes_ += numbers;
+        return std::to_string(count_++);
+    }
 
     void animate(int node, const char* path, const char* interpolation, const std::vector<float>& seconds,
                  const std::vector<float>& values) {
         const std::string input = floats("SCALAR", seconds);
-        const std::string output = floats(std::string(path) == "rotation" ? "VEC4" : "VEC3", values);
-        animations_ += separator(animations_) + R"({"samplers": [{"input": )" + input + R"(, "output": )" +
-                       output + R"(, "interpolation": ")" + interpolation +
-                       R"("}], "channels": [{"sampler": 0, "target": {"node": )" + std::to_string(node) +
-                       R"(, "path": ")" + path + R"("}}]})";
+        add_animation(R"("node": )" + std::to_string(node) + R"(, "path": ")" + path + "\"", interpolation,
+                      input, floats(std::string(path) == "rotation" ? "VEC4" : "VEC3", values));
+    }
+    // By KHR_animation_pointer; `type` is that of the values.
+    void point(const std::string& pointer, const char* interpolation, const char* type,
+               const std::vector<float>& seconds, const std::vector<float>& values) {
+        const std::string input = floats("SCALAR", seconds);
+        add_pointer(pointer, interpolation, input, floats(type, values));
+    }
+    void point_bytes(const std::string& pointer, const std::vector<float>& seconds,
+                     const std::string& values) {
+        const std::string input = floats("SCALAR", seconds);
+        add_pointer(pointer, "STEP", input, bytes(values));
     }
 
     // Writes everything; returns the scene's name.
@@ -74,6 +95,19 @@ class GltfFile {
     }
 
   private:
+    void add_pointer(const std::string& pointer, const char* interpolation, const std::string& input,
+                     const std::string& output) {
+        add_animation(R"("path": "pointer", "extensions": {"KHR_animation_pointer": {"pointer": ")" +
+                          pointer + R"("}})",
+                      interpolation, input, output);
+    }
+    void add_animation(const std::string& target, const char* interpolation, const std::string& input,
+                       const std::string& output) {
+        animations_ += separator(animations_) + R"({"samplers": [{"input": )" + input + R"(, "output": )" +
+                       output + R"(, "interpolation": ")" + interpolation +
+                       R"("}], "channels": [{"sampler": 0, "target": {)" + target + "}}]}";
+    }
+
     static std::string separator(const std::string& list) { return list.empty() ? "" : ", "; }
 
     std::string text() const {
@@ -111,5 +145,30 @@ class GltfFile {
     std::string accessors_, views_, animations_, bytes_;
     int count_ = 0;
 };
+
+inline GltfOptions small_options() {
+    GltfOptions options;
+    options.width = 640;
+    options.height = 360;
+    return options;
+}
+
+inline Scene read_small(const GltfFile& file) { return gltf::read_gltf(file.write(), small_options()); }
+
+// The refusal of a file; empty when it is read.
+inline std::string refusal(const GltfFile& file) {
+    try {
+        static_cast<void>(read_small(file));
+    } catch (const SceneError& error) {
+        return error.what();
+    }
+    return {};
+}
+
+inline const host::Layer& layer_named(const Scene& scene, const std::string& name) {
+    for (const host::Layer& layer : scene.composition.layers)
+        if (layer.name == name) return layer;
+    throw std::runtime_error("no layer " + name);
+}
 
 }  // namespace zam::io
