@@ -1,10 +1,12 @@
 #include "io/json_document.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fstream>
 #include <iterator>
 #include <nlohmann/json.hpp>
+#include <numeric>
 #include <system_error>
 #include <unordered_set>
 
@@ -14,6 +16,8 @@ namespace zam::io {
 namespace {
 
 using Json = nlohmann::json;
+
+constexpr std::size_t kMembersToSearch = 32;  // above this find() goes by order
 
 // Follows the characters that the parser consumes and remembers where the last token of each sort began. A
 // number ends only at the character after it, which may already open the next token: hence one place for each
@@ -182,6 +186,14 @@ class TreeBuilder {
     bool close() {
         JsonValue value = std::move(open_.back().value);
         open_.pop_back();
+        // Searched one by one, an object with a million members would take hours.
+        if (value.is(JsonValue::Kind::object) && value.children.size() > kMembersToSearch) {
+            value.by_name.resize(value.children.size());
+            std::iota(value.by_name.begin(), value.by_name.end(), 0u);
+            std::sort(value.by_name.begin(), value.by_name.end(), [&](std::uint32_t a, std::uint32_t b) {
+                return value.children[a].name < value.children[b].name;
+            });
+        }
         put(std::move(value));
         return true;
     }
@@ -217,6 +229,12 @@ bool append_pointer(const JsonValue& from, const JsonValue& wanted, std::string&
 
 const JsonValue* JsonValue::find(std::string_view member) const {
     if (kind != Kind::object) return nullptr;
+    if (!by_name.empty()) {
+        const auto at = std::lower_bound(
+            by_name.begin(), by_name.end(), member,
+            [&](std::uint32_t index, std::string_view wanted) { return children[index].name < wanted; });
+        return at != by_name.end() && children[*at].name == member ? &children[*at] : nullptr;
+    }
     for (const JsonValue& child : children)
         if (child.name == member) return &child;
     return nullptr;

@@ -13,13 +13,14 @@ struct JsonValue {
     enum class Kind : std::uint8_t { null, boolean, number, string, array, object };
 
     Kind kind = Kind::null;
-    bool truth = false;               // booleans
-    Place place;                      // first character of the value
-    Place name_place;                 // of an object's member: its name
-    double number = 0.0;              // numbers, always finite
-    std::string text;                 // strings
-    std::string name;                 // of an object's member
-    std::vector<JsonValue> children;  // of arrays and objects, in the order of the file
+    bool truth = false;                  // booleans
+    Place place;                         // first character of the value
+    Place name_place;                    // of an object's member: its name
+    double number = 0.0;                 // numbers, always finite
+    std::string text;                    // strings
+    std::string name;                    // of an object's member
+    std::vector<JsonValue> children;     // of arrays and objects, in the order of the file
+    std::vector<std::uint32_t> by_name;  // of large objects: the children in the order of their names
 
     [[nodiscard]] bool is(Kind wanted) const { return kind == wanted; }
     // A member by name; null when there is none or this is no object.

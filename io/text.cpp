@@ -62,8 +62,13 @@ std::string shorten(std::string_view text, std::size_t longest) {
 std::string quote(std::string_view text) {
     std::string result = "\"";
     result.append(shorten(text, kLongestQuote)).append("\"");
-    for (char& c : result)
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = '?';
+    for (std::size_t i = 0; i < result.size(); ++i) {
+        const auto c = static_cast<unsigned char>(result[i]);
+        if (c < 0x20 || c == 0x7F) result[i] = '?';
+        // U+0080 to U+009F are control characters as well; terminals obey some of them.
+        if (c == 0xC2 && i + 1 < result.size() && static_cast<unsigned char>(result[i + 1]) < 0xA0)
+            result.replace(i, 2, "?");
+    }
     return result;
 }
 

@@ -19,15 +19,16 @@ constexpr std::uint32_t kJsonChunk = 0x4E4F534A;    // "JSON"
 constexpr std::uint32_t kBinChunk = 0x004E4942;     // "BIN"
 constexpr std::uint64_t kMostNumbers = 10'000'000;  // of all animation together
 
-// Extensions that only concern surfaces, textures and meshes: light does not need them.
+// Extensions that are read here or only concern surfaces, textures and meshes. Buffers may be compressed as long
+// as no light needs them.
 bool is_harmless(const std::string& extension) {
     static const std::vector<std::string> kBeginnings = {"KHR_materials_", "EXT_materials_", "KHR_texture_",
-                                                         "EXT_texture_", "MSFT_texture_"};
-    static const std::vector<std::string> kNames = {"KHR_lights_punctual", "KHR_mesh_quantization",
-                                                    "KHR_draco_mesh_compression", "KHR_xmp_json_ld",
-                                                    // Animated properties other than nodes, and hidden
-                                                    // nodes: left out with a warning.
-                                                    "KHR_animation_pointer", "KHR_node_visibility"};
+                                                         "EXT_texture_",   "MSFT_texture_",  "KHR_mesh_",
+                                                         "EXT_mesh_"};
+    static const std::vector<std::string> kNames = {"KHR_lights_punctual",     "KHR_animation_pointer",
+                                                    "KHR_node_visibility",     "KHR_draco_mesh_compression",
+                                                    "EXT_meshopt_compression", "KHR_meshopt_compression",
+                                                    "KHR_xmp_json_ld"};
     return std::find(kNames.begin(), kNames.end(), extension) != kNames.end() ||
            std::any_of(kBeginnings.begin(), kBeginnings.end(),
                        [&](const std::string& beginning) { return extension.starts_with(beginning); });
@@ -134,8 +135,10 @@ void Container::read_binary(const std::string& header) {
         throw SceneError(file, {},
                          "the JSON chunk is larger than " + std::to_string(kLargestJson >> 20) + " MiB",
                          "a scene needs only lights, cameras and their nodes");
-    const std::string json = read_range(file, 20, json_length);
+    std::string json = read_range(file, 20, json_length);
     if (json.size() < json_length) throw SceneError(file, {}, "the file ends within its JSON chunk", again);
+    // Chunks end at a multiple of four. Spaces should fill the rest; some exporters write zeros.
+    json.resize(json.find_last_not_of('\0') + 1);
     document_ = parse_json(file, json);
     binary_ = true;
     const std::uint64_t next = 20 + json_length;
@@ -226,7 +229,13 @@ std::string Container::bytes(const JsonValue& index, std::uint64_t offset, std::
     std::string result;
     if (!uri) {
         const bool first = &buffer == &root().find("buffers")->children.front();
-        if (!binary_ || !first)
+        const bool stored = binary_ && first;
+        if (!stored && buffer.find("extensions"))
+            throw error(buffer,
+                        "the buffer stands for compressed data, and the animation at " +
+                            document_.pointer(user) + " needs it",
+                        "export again without compression");
+        if (!stored)
             throw error(buffer, "the buffer has no uri", "export again, with the buffers beside the file");
         if (offset <= chunk_length_ && length <= chunk_length_ - offset)
             result = read_range(document_.file, chunk_offset_ + offset, length);
@@ -256,7 +265,11 @@ const std::string& Container::embedded(const JsonValue& uri) const {
 
 std::string Container::file_bytes(const JsonValue& user, const JsonValue& uri, std::uint64_t offset,
                                   std::uint64_t length) const {
-    const fs::path name = decode_percent(uri.text);
+    const std::string decoded = decode_percent(uri.text);
+    if (std::any_of(decoded.begin(), decoded.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; }))
+        throw error(uri, "the buffer's uri " + quote(decoded) + " holds control characters",
+                    "give the name of a file in the scene's folder");
+    const fs::path name = decoded;
     fs::path folder = fs::path(document_.file).parent_path();
     if (folder.empty()) folder = ".";
     std::error_code code;

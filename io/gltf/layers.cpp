@@ -27,7 +27,6 @@ host::Layer LayerMaker::place(std::size_t node, host::LayerKind kind, const std:
     layer.out_frame = timeline_.frames();
     const Variation variation = nodes_.placement(node);
     const int frames = timeline_.frames(variation);
-    timeline_.count_work(static_cast<double>(frames) * nodes_.depth(node));
     Samples<Vec3> positions(variation), orientations(variation);
     Vec3 orientation;
     for (int frame = 0; frame < frames; ++frame) {

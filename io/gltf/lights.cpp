@@ -1,5 +1,6 @@
 #include "io/gltf/lights.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -13,6 +14,7 @@ using Kind = JsonValue::Kind;
 constexpr double kRightAngle = std::numbers::pi / 2.0;
 // Exporters store angles in single precision, where a right angle comes out a little larger.
 constexpr double kLargestAngle = 1.5707964;
+constexpr double kRounding = 1e-5;
 
 std::string name_of(const JsonValue& object) {
     const JsonValue* name = object.find("name");
@@ -34,11 +36,12 @@ host::Color read_color(const Container& file, const JsonValue& light) {
     bool valid = color->is(Kind::array) && color->children.size() == 3;
     if (valid)
         for (const JsonValue& part : color->children)
-            valid = valid && part.is(Kind::number) && part.number >= 0.0 && part.number <= 1.0;
+            valid = valid && part.is(Kind::number) && part.number >= 0.0 && part.number <= 1.0 + kRounding;
     if (!valid)
         throw file.error(*color, "the colour is not three numbers from 0 to 1",
                          "write red, green and blue as fractions; put brightness into intensity");
-    return {color->children[0].number, color->children[1].number, color->children[2].number};
+    const auto part = [&](std::size_t i) { return std::min(color->children[i].number, 1.0); };
+    return {part(0), part(1), part(2)};
 }
 
 void read_cone(const Container& file, const JsonValue& light, LightValues& result) {
@@ -46,18 +49,19 @@ void read_cone(const Container& file, const JsonValue& light, LightValues& resul
     if (!spot || !spot->is(Kind::object))
         throw file.error(spot ? *spot : light, "a spot light needs an object \"spot\"",
                          "add \"spot\": {}; its angles have defaults");
-    const char* hint = "angles are radians from the axis: 0 <= innerConeAngle < outerConeAngle <= pi/2";
+    const char* hint = "angles are radians from the axis: 0 <= innerConeAngle <= outerConeAngle <= pi/2";
     const double inner = number(file, *spot, "innerConeAngle", 0.0, hint);
     const double outer = number(file, *spot, "outerConeAngle", std::numbers::pi / 4.0, hint);
     if (outer <= 0.0 || outer > kLargestAngle)
         throw file.error(*spot, "outerConeAngle " + format_number(outer) + " is outside 0..pi/2", hint);
-    if (inner < 0.0 || inner >= outer)
+    // Equal angles should not be, but exporters write them for sharp edges.
+    if (inner < 0.0 || inner > outer)
         throw file.error(*spot,
                          "innerConeAngle " + format_number(inner) +
                              " does not lie between 0 and outerConeAngle " + format_number(outer),
                          hint);
     result.outer_angle = std::min(outer, kRightAngle);
-    result.inner_angle = inner;
+    result.inner_angle = std::min(inner, result.outer_angle);
 }
 
 // Members that a light of its type should not have are told once for all lights.

@@ -13,7 +13,7 @@ struct LightValues {
     host::Color color;                            // linear, 0 to 1
     double intensity = 1.0;                       // candela; lux for parallel lights
     double range = 0.0;                           // metres; 0 = without end
-    double inner_angle = 0.0, outer_angle = 0.0;  // spots: radians from the axis, inner < outer <= pi/2
+    double inner_angle = 0.0, outer_angle = 0.0;  // spots: radians from the axis, inner <= outer <= pi/2
 };
 
 struct LightDefinition {

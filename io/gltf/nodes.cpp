@@ -46,6 +46,9 @@ std::optional<Placement> upright(const Placement& placement) {
 
 std::optional<std::size_t> light_index(const Container& file, const JsonValue& node, std::size_t lights) {
     const JsonValue* extensions = node.find("extensions");
+    if (extensions && !extensions->is(Kind::object))
+        throw file.error(*extensions, std::string("extensions is ") + extensions->kind_name(),
+                         "write an object, with the names of extensions as its members");
     const JsonValue* extension = extensions ? extensions->find("KHR_lights_punctual") : nullptr;
     if (!extension) return std::nullopt;
     const JsonValue* light = extension->find("light");

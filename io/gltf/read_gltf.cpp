@@ -45,6 +45,9 @@ class GltfReader {
         // The length is known when everything that moves has been read.
         read_motion();
         Timeline timeline(name(), channels_.last_second(), options_.frame_rate);
+        for (const std::size_t index : nodes_.carriers())  // all of it first: a refusal should be quick
+            timeline.count_work(static_cast<double>(timeline.frames(nodes_.placement(index))) *
+                                nodes_.depth(index));
         LayerMaker maker(options_, nodes_, timeline);
         host::Composition& composition = scene_.composition;
         composition.name = std::filesystem::path(name()).stem().string();
@@ -184,8 +187,8 @@ class GltfReader {
     NodeTree nodes_;
     std::map<std::size_t, LightMotion> motions_;          // of the light definitions in use
     std::map<std::size_t, std::optional<Track>> lenses_;  // yfov of the camera definitions in use
-    bool confined_ = false;  // an animated value left its bounds
-    bool shines_ = false;    // some point or spot light is not hidden
+    bool confined_ = false;                               // an animated value left its bounds
+    bool shines_ = false;                                 // some point or spot light is not hidden
 };
 
 }  // namespace

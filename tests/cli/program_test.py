@@ -244,6 +244,14 @@ class Program(unittest.TestCase):
         self.assertEqual(first[:2], (64, 36))
         self.assertNotEqual(first[3], last[3])
         self.assertGreater(brightest(first[3]), 20)
+        # The printed scale gives the same picture again; twice as many candela a darker one.
+        scale = re.search(r"hint: --light-scale (\S+) keeps it", run.stderr)[1]
+        for given, same in ("auto", True), (scale, True), (str(2 * float(scale)), False):
+            self.expect(0, "", "render", scene, "-o", "out/t.png", "--frames", "0", "--size", "64x36",
+                        "--pixels-per-metre", "50", "--light-scale", given)
+            self.assertEqual(read_png(self.folder / "out/t.png")[3] == first[3], same, given)
+        for wrong in "bright", "0", "-1", "1cd", "nan":
+            self.expect(2, "this is no light scale", "render", scene, "-o", "a.#.png", "--light-scale", wrong)
         self.expect(3, "there is no perspective camera \"X\"", "render", scene, "-o", "a.#.png", "--camera", "X")
 
     def test_progress(self):

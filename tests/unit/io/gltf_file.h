@@ -28,6 +28,9 @@ class GltfFile {
     // Where the buffer stands: beside the scene, in its text, or as a chunk of one binary file.
     enum class Store { file, data_uri, chunk, missing } store = Store::file;
     std::string uri = "floats%20here.bin";
+    char json_filling = ' ';  // at the end of a binary file's JSON
+
+    [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
 
     // Adds an accessor; returns its index as text.
     std::string floats(const char* type, const std::vector<float>& numbers) {
@@ -80,7 +83,7 @@ class GltfFile {
             file << text();
         } else {
             std::string json = text();
-            json.resize((json.size() + 3) / 4 * 4, ' ');
+            json.resize((json.size() + 4) / 4 * 4, json_filling);
             const auto word = [&](std::size_t n) {
                 for (int shift = 0; shift < 32; shift += 8) file << static_cast<char>(n >> shift & 0xFF);
             };
@@ -112,7 +115,9 @@ class GltfFile {
 
     std::string text() const {
         std::string buffer = R"({"byteLength": )" + std::to_string(bytes_.size());
-        if (store == Store::data_uri)
+        if (uri.empty())
+            buffer += R"(, "extensions": {"EXT_meshopt_compression": {"fallback": true}})";
+        else if (store == Store::data_uri)
             buffer += R"(, "uri": "data:application/octet-stream;base64,)" + base64() + "\"";
         else if (store != Store::chunk)
             buffer += ", \"uri\": \"" + uri + "\"";

@@ -118,7 +118,8 @@ TEST(Gltf, LightValuesAndOptions) {
                       "spot": {"innerConeAngle": 0.1, "outerConeAngle": 0.4}},
                      {"type": "point", "intensity": 200}, {"type": "directional", "intensity": 5},
                      {"type": "point", "intensity": 9000},
-                     {"type": "spot", "spot": {"outerConeAngle": 1.57079637}})";
+                     {"type": "spot", "color": [1.0000001, 1, 1],
+                      "spot": {"innerConeAngle": 1.57079637, "outerConeAngle": 1.57079637}})";
     for (const char* light : {"0", "1", "2", "4"})
         file.nodes = (light[0] == '0' ? "" : file.nodes + ", ") + R"({"name": "L)" + light +
                      R"(", "extensions": {"KHR_lights_punctual": {"light": )" + light + "}}}";
@@ -139,7 +140,8 @@ TEST(Gltf, LightValuesAndOptions) {
     EXPECT_EQ(layer_named(scene, "L2").light.type, host::LightType::parallel);
     EXPECT_NEAR(layer_named(scene, "L2").light.intensity.constant, 100.0, 1e-12);
     EXPECT_EQ(layer_named(scene, "L4").light.cone_angle.constant, 180.0);
-    EXPECT_EQ(layer_named(scene, "L4").light.cone_feather.constant, 100.0);
+    EXPECT_EQ(layer_named(scene, "L4").light.cone_feather.constant, 0.0);
+    EXPECT_EQ(layer_named(scene, "L4").light.color.constant, (host::Color{1, 1, 1}));
     EXPECT_THAT(scene.warnings,
                 testing::ElementsAre(HasSubstr("orthographic cameras are left out: \"Flat\"")));
     EXPECT_THAT(scene.notes, testing::ElementsAre(HasSubstr("\"L1\" with 200 cd; --light-scale 200 keeps it"),
@@ -161,6 +163,7 @@ TEST(Gltf, BuffersAreFoundWhereverTheyMayBe) {
     for (const auto store : {GltfFile::Store::file, GltfFile::Store::data_uri, GltfFile::Store::chunk}) {
         GltfFile file;
         file.store = store;
+        file.json_filling = '\0';
         file.animate(0, "translation", "LINEAR", {0, 1}, {0, 0, 0, 1, 2, 3});
         const Scene scene =
             gltf::read_gltf(file.write("scene.bin"), small_options());  // known by its content
@@ -176,12 +179,24 @@ TEST(Gltf, MissingBuffersMatterOnlyWhenLightsNeedThem) {
     EXPECT_EQ(refusal(file), "");
     EXPECT_EQ(read_small(file).composition.duration, 25);
     file.animate(1, "translation", "LINEAR", {0, 1}, {0, 0, 0, 1, 2, 3});
+    std::filesystem::create_symlink("/etc/hostname", file.folder() / "link.bin");
+    std::filesystem::create_directory_symlink("/etc", file.folder() / "links");
     EXPECT_THAT(refusal(file), testing::AllOf(HasSubstr("/buffers/0/uri: "), HasSubstr("is missing"),
                                               HasSubstr("\nhint: put it into the scene's folder")));
-    for (const char* outside : {"../secret.bin", "/etc/hostname", "a/../../x", "https://example.org/a.bin"}) {
+    for (const char* outside :
+         {"../secret.bin", "/etc/hostname", "a/../../x", "%2e%2e/x", "file:///etc/hostname",
+          "https://example.org/a.bin", "link.bin", "links/hostname"}) {
         file.uri = outside;
         EXPECT_THAT(refusal(file), HasSubstr("outside of the scene's folder")) << outside;
     }
+    for (const char* folded : {"x%00y", "a\\u001b[2Jb", "%1b[31m"}) {
+        file.uri = folded;
+        EXPECT_THAT(refusal(file), HasSubstr("holds control characters")) << folded;
+        EXPECT_THAT(refusal(file), testing::Not(HasSubstr("\x1b"))) << folded;
+    }
+    file.uri.clear();
+    file.more = R"("extensionsRequired": ["EXT_meshopt_compression"])";
+    EXPECT_THAT(refusal(file), HasSubstr("/buffers/0: the buffer stands for compressed data"));
 }
 
 TEST(Gltf, RefusalsNamePlaceAndWayOut) {
@@ -194,8 +209,8 @@ TEST(Gltf, RefusalsNamePlaceAndWayOut) {
          ":3:10: /extensions/KHR_lights_punctual/lights/0/type: light type \"area\""},
         {R"({})", carrier, "", "lights/0: the light has no type"},
         {R"({"type": "spot"})", carrier, "", "lights/0: a spot light needs an object \"spot\""},
-        {R"({"type": "spot", "spot": {"innerConeAngle": 0.3, "outerConeAngle": 0.3}})", carrier, "",
-         "lights/0/spot: innerConeAngle 0.3 does not lie between"},
+        {R"({"type": "spot", "spot": {"innerConeAngle": 0.31, "outerConeAngle": 0.3}})", carrier, "",
+         "lights/0/spot: innerConeAngle 0.31 does not lie between"},
         {R"({"type": "spot", "spot": {"innerConeAngle": -0.1}})", carrier, "", "innerConeAngle -0.1"},
         {R"({"type": "spot", "spot": {"outerConeAngle": 1.5708}})", carrier, "",
          "outerConeAngle 1.5708 is outside"},
@@ -207,6 +222,7 @@ TEST(Gltf, RefusalsNamePlaceAndWayOut) {
         {R"({"type": "point"})", R"({"extensions": {"KHR_lights_punctual": {"light": 1}}})", "",
          ":5:50: /nodes/0/extensions/KHR_lights_punctual/light: there is no such light: the file defines 1"},
         {R"({"type": "point"})", R"({"camera": 0})", "", "/nodes/0/camera: there is no element 0 in cameras"},
+        {R"({"type": "point"})", R"({"extensions": []})", "", "/nodes/0/extensions: extensions is an array"},
         {R"({"type": "point"})", R"({"rotation": [0, 0, 0]})", "",
          "/nodes/0/rotation: rotation is not an array of 4"},
         {R"({"type": "point"})", R"({"rotation": [0, 0, 0, 0]})", "", "no unit quaternion"},
@@ -215,8 +231,8 @@ TEST(Gltf, RefusalsNamePlaceAndWayOut) {
         {R"({"type": "point"})", R"({}, {"children": [0]})", R"("scenes": [{"nodes": [0]}])",
          "/scenes/0/nodes/0: node 0 is no root"},
         {R"({"type": "point"})", R"({"children": [2]}, {"children": [2]}, {})", "", "node 2 has two parents"},
-        {R"({"type": "point"})", carrier, R"("extensionsRequired": ["EXT_meshopt_compression"])",
-         "/extensionsRequired/0: the file requires the extension \"EXT_meshopt_compression\""},
+        {R"({"type": "point"})", carrier, R"("extensionsRequired": ["KHR_lights_punctual", "EXT_fog"])",
+         "/extensionsRequired/1: the file requires the extension \"EXT_fog\""},
         {R"({"type": "point"})", carrier,
          R"("animations": [{"samplers": [{"input": 0, "output": 7}],
              "channels": [{"sampler": 0, "target": {"node": 0, "path": "translation"}}]}])",
@@ -233,6 +249,95 @@ TEST(Gltf, RefusalsNamePlaceAndWayOut) {
         EXPECT_THAT(message, HasSubstr("\nhint: "));
         EXPECT_THAT(message, HasSubstr("scene.gltf:"));
     }
+}
+
+TEST(Gltf, NamesDoNotReachTheTerminalUntamed) {
+    GltfFile file;
+    file.lights = R"({"type": "point", "name": "a\u001b[2Jb\u009bc\u00e9"})";
+    file.nodes += R"(, {"camera": 0, "name": "\u0007\u001b]0;x"})";
+    file.cameras =
+        R"({"type": "perspective", "perspective": {"yfov": 1, "znear": 1, "aspectRatio": 1}},
+           {"type": "orthographic"})";
+    EXPECT_THAT(read_small(file).notes,
+                testing::ElementsAre(HasSubstr("\"a?[2Jb?c\xc3\xa9\""), HasSubstr("\"??]0;x\"")));
+    GltfOptions options = small_options();
+    options.camera = "other";
+    try {
+        static_cast<void>(gltf::read_gltf(file.write(), options));
+        FAIL();
+    } catch (const SceneError& error) {
+        EXPECT_THAT(error.what(), HasSubstr("the file has \"??]0;x\""));
+    }
+}
+
+TEST(Gltf, ExcessiveScenesAreRefusedAndNotObeyed) {
+    GltfFile many, deep, work, members;
+    for (int i = 0; i < 10'000; ++i)
+        many.nodes += R"(, {"extensions": {"KHR_lights_punctual": {"light": 0}}})";
+    EXPECT_THAT(refusal(many), HasSubstr("more than 10000 lights"));
+    for (int i = 0; i < 1001; ++i) deep.nodes += ", {\"children\": [" + std::to_string(i) + "]}";
+    EXPECT_THAT(refusal(deep), HasSubstr("deeper than 1000"));
+    work.nodes.clear();
+    std::string children = "2";
+    for (int i = 3; i < 2500; ++i) children += ", " + std::to_string(i);
+    work.nodes = R"({"children": [1]}, {"children": [)" + children + "]}";
+    for (int i = 2; i < 2500; ++i) work.nodes += R"(, {"extensions": {"KHR_lights_punctual": {"light": 0}}})";
+    work.animate(0, "translation", "LINEAR", {0, 4000}, {0, 0, 0, 1, 1, 1});
+    EXPECT_THAT(refusal(work), HasSubstr("too many animated lights"));
+    // Many members of one object are no fault, and none is overlooked.
+    for (int i = 0; i < 100; ++i)
+        members.more += (i > 0 ? ", \"" : "\"") + std::string(1 + i % 7, static_cast<char>('a' + i % 26)) +
+                        std::to_string(i) + "\": 0";
+    EXPECT_EQ(read_small(members).composition.layers.size(), 2u);
+}
+
+// Damage of any kind is either refused or does not matter. The sanitizers watch.
+TEST(Gltf, DamagedFilesAreReadOrRefused) {
+    GltfFile file;
+    file.store = GltfFile::Store::chunk;
+    file.lights = R"({"type": "spot", "range": 2, "spot": {"innerConeAngle": 0.1}})";
+    file.nodes += R"(, {"children": [0], "rotation": [0, 0, 0, 1]}, {"camera": 0})";
+    file.cameras = R"({"type": "perspective", "perspective": {"yfov": 1, "znear": 1}})";
+    file.more = R"("scene": 0, "scenes": [{"nodes": [1, 2]}])";
+    file.animate(1, "rotation", "CUBICSPLINE", {0, 1}, std::vector<float>(24, 0.5f));
+    file.point("/extensions/KHR_lights_punctual/lights/0/color", "LINEAR", "VEC3", {0, 2},
+               {0, 0, 1, 1, 1, 0});
+    file.point_bytes("/nodes/0/extensions/KHR_node_visibility/visible", {0, 1}, std::string("\1\0", 2));
+    const std::string name = file.write("scene.glb");
+    std::ifstream stream(name, std::ios::binary);
+    const std::string whole{std::istreambuf_iterator<char>(stream), {}};
+    std::uint32_t random = 1;
+    const auto next = [&](std::size_t limit) {
+        random = random * 1664525 + 1013904223;
+        return (random >> 8) % limit;
+    };
+    const char* pieces[] = {"0", "9", "-1", "1e99", "null", "[]", "{}", "\"\"", "true", "\xff"};
+    int read = 0, refused = 0;
+    for (int i = 0; i < 500; ++i) {
+        std::string damaged = whole;
+        for (std::size_t faults = 1 + next(2); faults > 0; --faults) {
+            const std::size_t at = next(damaged.size());
+            const std::size_t kind = next(4);
+            if (kind == 0) damaged[at] = static_cast<char>(next(256));
+            if (kind == 1) damaged.replace(at, 1, pieces[next(std::size(pieces))]);
+            if (kind == 2) damaged.erase(at, 1 + next(4));
+            if (kind == 3 && next(8) == 0) damaged.resize(at + 1);
+        }
+        // The chunk's length has to fit for the damage behind it to be seen.
+        const std::size_t end = damaged.rfind("BIN");
+        if (damaged.size() > 20 && end != std::string::npos && end > 28)
+            for (std::size_t k = 0; k < 4; ++k)
+                damaged[12 + k] = static_cast<char>((end - 24) >> 8 * k & 0xFF);
+        std::ofstream(name, std::ios::binary) << damaged;
+        try {
+            static_cast<void>(gltf::read_gltf(name, small_options()));
+            ++read;
+        } catch (const SceneError&) {
+            ++refused;
+        }
+    }
+    EXPECT_GT(read, 25);
+    EXPECT_GT(refused, 25);
 }
 
 TEST(Gltf, AnimationsThatCannotBeAreRefused) {
