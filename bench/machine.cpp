@@ -4,7 +4,7 @@
 #include <fstream>
 
 #include "bench/variants.h"
-#include "host/runner/row_pool.h"
+#include "host/runner/cores.h"
 
 namespace zam::bench {
 

@@ -1,17 +1,10 @@
 #include "host/runner/row_pool.h"
 
-#include <sched.h>
-
 #include <algorithm>
 
-namespace zam::host {
+#include "host/runner/cores.h"
 
-int available_cores() {
-    cpu_set_t set;
-    CPU_ZERO(&set);
-    if (sched_getaffinity(0, sizeof set, &set) == 0) return std::max(1, CPU_COUNT(&set));
-    return std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
-}
+namespace zam::host {
 
 RowPool::RowPool(int threads) : threads_(std::clamp(threads == 0 ? available_cores() : threads, 1, 256)) {}
 

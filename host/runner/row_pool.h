@@ -13,9 +13,6 @@
 
 namespace zam::host {
 
-// Cores that this process may run on, at least 1.
-[[nodiscard]] int available_cores();
-
 class RowPool {
   public:
     // `threads` includes the calling one; 0 stands for one per available core. They start with the first
