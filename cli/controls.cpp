@@ -5,7 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
-#include "cli/render.h"
+#include "cli/plugin_answers.h"
 #include "host/runner/session.h"
 #include "io/effect_layer.h"
 #include "io/text.h"
@@ -14,6 +14,11 @@ namespace zam::cli {
 namespace {
 
 using host::Control;
+
+struct Options {
+    std::string plugin;
+    bool json = false;
+};
 
 const char* kind_of(const Control& control) {
     switch (control.type) {
@@ -123,16 +128,7 @@ void print_json(const std::vector<Control>& controls) {
     std::puts(list.dump(2).c_str());
 }
 
-}  // namespace
-
-CLI::App* add_controls(CLI::App& app, ControlsOptions& options) {
-    CLI::App* sub = app.add_subcommand("controls", "List the plug-in's controls as it registers them");
-    sub->add_option("--plugin", options.plugin, "Plug-in [Zam.so beside this program]")->option_text("FILE");
-    sub->add_flag("--json", options.json, "For machines: everything that is registered");
-    return sub;
-}
-
-void print_controls(const ControlsOptions& options) {
+void print_controls(const Options& options) {
     host::Composition composition;
     io::add_effect_layer(composition);
     const host::Plugin plugin(plugin_file(options.plugin));
@@ -143,6 +139,17 @@ void print_controls(const ControlsOptions& options) {
     else
         print_table(session.controls());
     session.stop();
+}
+
+}  // namespace
+
+Command add_controls(CLI::App& app) {
+    const auto options = std::make_shared<Options>();
+    CLI::App* parser = app.add_subcommand("controls", "List the plug-in's controls as it registers them");
+    parser->add_option("--plugin", options->plugin, "Plug-in [Zam.so beside this program]")
+        ->option_text("FILE");
+    parser->add_flag("--json", options->json, "For machines: everything that is registered");
+    return {parser, [options] { print_controls(*options); }};
 }
 
 }  // namespace zam::cli

@@ -1,16 +1,18 @@
 // The program `zam`: a host without After Effects on the command line.
 #include <CLI/CLI.hpp>
-#include <cstdio>
 #include <new>
+#include <vector>
 
 #include "cli/controls.h"
 #include "cli/exit_code.h"
+#include "cli/interrupt.h"
 #include "cli/messages.h"
 #include "cli/render.h"
 #include "cli/version.h"
-#include "io/png_writer.h"
+#include "host/runner/session.h"
 #include "io/scene_error.h"
 #include "io/text.h"
+#include "io/whole_file.h"
 
 namespace zam::cli {
 namespace {
@@ -40,67 +42,60 @@ void refuse_unknown(const CLI::App& app) {
         (near.empty() ? command + " --help lists all that there is" : "did you mean " + near + "?"));
 }
 
-void run(CLI::App& app, CLI::App* render_command, const RenderOptions& render_options,
-         CLI::App* controls_command, const ControlsOptions& controls_options) {
+void run(const CLI::App& app, const std::vector<Command>& commands) {
     refuse_unknown(app);
-    for (const CLI::App* command : app.get_subcommands()) refuse_unknown(*command);
-    if (render_command->parsed()) {
-        render(render_options);
-    } else if (controls_command->parsed()) {
-        print_controls(controls_options);
-    } else {
-        throw UsageError("no command is given\nhint: zam --help tells what there is");
-    }
+    for (const CLI::App* parser : app.get_subcommands()) refuse_unknown(*parser);
+    for (const Command& command : commands)
+        if (command.parser->parsed()) return command.run();
+    throw UsageError("no command is given\nhint: zam --help tells what there is");
 }
 
-ExitCode main(int argc, char** argv) {
+int fail(ExitCode code, const std::string& text) {
+    print_error(text, static_cast<int>(code));
+    return static_cast<int>(code);
+}
+
+int main(int argc, char** argv) {
     CLI::App app("Renders the light of a composition's 3D lights, made visible by the plug-in.", "zam");
-    app.set_version_flag("--version", [] { return version_text(ZAM_VERSION); });
+    app.set_version_flag("--version", version_text);
     app.footer(kExitCodes);
     app.allow_extras();
-    RenderOptions render_options;
-    ControlsOptions controls_options;
-    CLI::App* render_command = add_render(app, render_options);
-    CLI::App* controls_command = add_controls(app, controls_options);
-    for (CLI::App* command : {render_command, controls_command}) {
-        command->footer(kExitCodes);
-        command->allow_extras();
+    const std::vector<Command> commands = {add_render(app), add_controls(app)};
+    for (const Command& command : commands) {
+        command.parser->footer(kExitCodes);
+        command.parser->allow_extras();
     }
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& request) {  // --help, --version
-        return static_cast<ExitCode>(app.exit(request));
+        return app.exit(request);
     } catch (const CLI::ParseError& error) {
-        print_error(error.what() + std::string("\nhint: zam --help tells what there is"));
-        return ExitCode::usage;
+        return fail(ExitCode::usage, error.what() + std::string("\nhint: zam --help tells what there is"));
     }
     try {
-        run(app, render_command, render_options, controls_command, controls_options);
-        return ExitCode::ok;
+        run(app, commands);
+        return static_cast<int>(ExitCode::ok);
     } catch (const UsageError& error) {
-        print_error(error.what());
-        return ExitCode::usage;
+        return fail(ExitCode::usage, error.what());
     } catch (const io::SceneError& error) {
-        print_error(error.what());
-        return ExitCode::bad_input;
+        return fail(ExitCode::bad_input, error.what());
     } catch (const host::ControlError& error) {
-        print_error(error.what());
-        return ExitCode::bad_input;
+        return fail(ExitCode::bad_input, error.what());
     } catch (const host::PluginError& error) {
-        print_error(error.what());
-        return ExitCode::plugin;
+        return fail(ExitCode::plugin, error.what());
     } catch (const io::WriteError& error) {
-        print_error(error.what());
-        return ExitCode::cannot_write;
+        return fail(ExitCode::cannot_write, error.what());
+    } catch (const Interrupted& error) {
+        return fail(static_cast<ExitCode>(static_cast<int>(ExitCode::signal) + error.signal), error.what());
     } catch (const std::bad_alloc&) {
-        print_error("not enough memory; use a smaller composition or a lower --resolution");
+        return fail(ExitCode::internal,
+                    "not enough memory; use a smaller composition or a lower --resolution");
     } catch (const std::exception& error) {
-        print_error(std::string("internal error: ") + error.what());
+        return fail(ExitCode::internal, std::string("internal error: ") + error.what());
     }
-    return ExitCode::internal;
 }
 
 }  // namespace
 }  // namespace zam::cli
 
-int main(int argc, char** argv) { return static_cast<int>(zam::cli::main(argc, argv)); }
+int main(int argc, char** argv) { return zam::cli::main(argc, argv); }

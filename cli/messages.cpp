@@ -1,16 +1,34 @@
 #include "cli/messages.h"
 
 #include <cstdio>
+#include <nlohmann/json.hpp>
 
 namespace zam::cli {
 namespace {
 
-void print(const std::string& kind, const std::string& text) {
-    std::string prefix = "zam: " + kind;
+bool g_json = false;
+
+nlohmann::ordered_json event_of(const char* kind, const std::string& text) {
+    constexpr std::string_view kHint = "hint: ";
+    nlohmann::ordered_json event = {{"event", kind}, {"message", ""}};
+    std::string message;
     for (const std::string& line : message_lines(text)) {
-        std::fprintf(stderr, "%s%s\n", prefix.c_str(), line.c_str());
-        prefix = "zam: ";
+        if (line.starts_with(kHint))
+            event["hint"] = line.substr(kHint.size());
+        else
+            message += (message.empty() ? "" : "\n") + line;
     }
+    event["message"] = message;
+    return event;
+}
+
+void print(const std::string& prefix, const std::string& text) {
+    std::string lines, start = "zam: " + prefix;
+    for (const std::string& line : message_lines(text)) {
+        lines += start + line + "\n";
+        start = "zam: ";
+    }
+    std::fputs(lines.c_str(), stderr);
 }
 
 }  // namespace
@@ -30,8 +48,29 @@ std::vector<std::string> message_lines(const std::string& text) {
     return lines;
 }
 
-void print_error(const std::string& text) { print("", text); }
-void print_warning(const std::string& text) { print("warning: ", text); }
-void print_note(const std::string& text) { print("note: ", text); }
+void tell_in_json() { g_json = true; }
+bool telling_in_json() { return g_json; }
+
+void print_event(const nlohmann::ordered_json& event) {
+    // File names may be no UTF-8.
+    const std::string line = event.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+    std::fputs(line.c_str(), stderr);
+    std::fflush(stderr);
+}
+
+void print_error(const std::string& text, int exit_code) {
+    if (!g_json) return print("", text);
+    nlohmann::ordered_json event = event_of("error", text);
+    event["exit_code"] = exit_code;
+    print_event(event);
+}
+
+void print_warning(const std::string& text) {
+    g_json ? print_event(event_of("warning", text)) : print("warning: ", text);
+}
+
+void print_note(const std::string& text) {
+    g_json ? print_event(event_of("note", text)) : print("note: ", text);
+}
 
 }  // namespace zam::cli

@@ -6,12 +6,14 @@ namespace zam::cli {
 
 class NamePattern {
   public:
-    // The last run of # in the file's name stands for the frame; without any the name is that of a single
-    // image. Throws UsageError for names that do not end in .png, and for `several` frames without a #.
-    NamePattern(const std::string& pattern, bool several);
+    // The last run of # in the file's name stands for the frame; without any the name is that of a single image.
+    explicit NamePattern(const std::string& pattern);
 
     // Zero-padded to the length of the run; longer numbers are written in full.
     [[nodiscard]] std::string file(int frame) const;
+
+    // Has every frame a name of its own?
+    [[nodiscard]] bool varies() const { return digits_ > 0; }
 
   private:
     std::string before_, after_;

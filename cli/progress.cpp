@@ -6,6 +6,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <nlohmann/json.hpp>
+
+#include "cli/messages.h"
 
 namespace zam::cli {
 
@@ -20,6 +23,7 @@ std::string clock_text(double seconds) {
 }
 
 Progress::Style Progress::style_for(std::FILE* stream) {
+    if (telling_in_json()) return Style::json;
     const char* terminal = std::getenv("TERM");
     const bool moves = terminal && std::string(terminal) != "dumb" && *terminal != '\0';
     return isatty(fileno(stream)) && moves ? Style::bar : Style::lines;
@@ -33,17 +37,34 @@ Progress::Progress(std::FILE* stream, Style style, int total)
 Progress::~Progress() { clear(); }
 
 void Progress::frame_done(int frame, const std::string& file) {
+    const std::lock_guard lock(mutex_);
     ++done_;
     if (style_ == Style::bar) draw(file);
-    if (style_ == Style::lines)
+    if (style_ == Style::lines) {
         std::fprintf(stream_, "frame %d (%d of %d): %s\n", frame, done_, total_, file.c_str());
+        std::fflush(stream_);
+    }
+    if (style_ == Style::json)
+        print_event({{"event", "frame"},
+                     {"frame", frame},
+                     {"file", file},
+                     {"done", done_},
+                     {"total", total_},
+                     {"elapsed", seconds()},
+                     {"left", seconds_left()}});
 }
 
 void Progress::clear() {
+    const std::lock_guard lock(mutex_);
     if (!drawn_) return;
     std::fputs("\r\x1b[K", stream_);
     std::fflush(stream_);
     drawn_ = false;
+}
+
+int Progress::done() const {
+    const std::lock_guard lock(mutex_);
+    return done_;
 }
 
 double Progress::seconds() const {
@@ -56,7 +77,7 @@ void Progress::draw(const std::string& file) {
     std::string line = "[";
     line.append(static_cast<std::size_t>(full), '#').append(static_cast<std::size_t>(kBar - full), '-');
     line.append("] ").append(std::to_string(done_)).append("/").append(std::to_string(total_));
-    if (done_ > 0) line += "  " + clock_text(seconds() / done_ * (total_ - done_)) + " left";
+    if (done_ > 0) line += "  " + clock_text(seconds_left()) + " left";
     if (!file.empty()) line += "  " + file;
     // A line that wraps could not be taken back.
     winsize size{};

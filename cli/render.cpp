@@ -1,251 +1,178 @@
 #include "cli/render.h"
 
 #include <CLI/CLI.hpp>
-#include <charconv>
 #include <filesystem>
-#include <map>
-#include <set>
+#include <nlohmann/json.hpp>
 
+#include "cli/background.h"
 #include "cli/exit_code.h"
 #include "cli/frame_list.h"
+#include "cli/frame_pipeline.h"
+#include "cli/interrupt.h"
 #include "cli/messages.h"
 #include "cli/name_pattern.h"
 #include "cli/progress.h"
+#include "cli/render_options.h"
 #include "cli/settings.h"
-#include "host/runner/session.h"
-#include "io/over.h"
-#include "io/png_writer.h"
-#include "io/read_scene.h"
-#include "io/text.h"
-#include "io/values.h"
+#include "cli/stage_times.h"
+#include "cli/version.h"
+#include "host/composition/queries.h"
+#include "host/runner/cores.h"
+#include "io/images/write_image.h"
 
 namespace zam::cli {
 namespace {
 
-// "1280x720"
-void parse_size(const std::string& text, io::GltfOptions& options) {
-    int width = 0, height = 0;
-    const char* end = text.data() + text.size();
-    const auto first = std::from_chars(text.data(), end, width);
-    bool valid = first.ec == std::errc() && first.ptr != end && *first.ptr == 'x';
-    if (valid) {
-        const auto second = std::from_chars(first.ptr + 1, end, height);
-        valid = second.ec == std::errc() && second.ptr == end;
-    }
-    if (!valid || width < 1 || height < 1 || width > 30000 || height > 30000)
-        throw UsageError("--size " + text +
-                         ": this is no size\nhint: write width x height in pixels, such as "
-                         "1920x1080; up to 30000 each");
-    options.width = width;
-    options.height = height;
-}
+constexpr const char* kExample = "zam render SCENE -o 'out/light.####.png'";
 
-// "auto" or a number of candela
-void parse_light_scale(const std::string& text, io::GltfOptions& options) {
-    if (text == "auto") return;
-    double candela = 0.0;
-    const char* end = text.data() + text.size();
-    const auto read = std::from_chars(text.data(), end, candela);
-    if (read.ec != std::errc() || read.ptr != end || !(candela > 0.0) || !(candela <= 1e12))
-        throw UsageError("--light-scale " + text +
-                         ": this is no light scale\nhint: write auto, or how many candela make 100 %");
-    options.light_scale = candela;
-}
-
-io::GltfOptions gltf_options(const RenderOptions& options) {
-    io::GltfOptions gltf;
-    if (!options.size.empty()) parse_size(options.size, gltf);
-    if (options.frame_rate) gltf.frame_rate = io::ratio_of(*options.frame_rate);
-    if (options.pixels_per_metre) gltf.pixels_per_metre = *options.pixels_per_metre;
-    if (!options.light_scale.empty()) parse_light_scale(options.light_scale, gltf);
-    gltf.camera = options.camera;
-    const bool told = !options.size.empty() || !options.camera.empty() || options.frame_rate ||
-                      options.pixels_per_metre || !options.light_scale.empty();
-    if (told && !io::is_gltf(options.scene))
-        throw UsageError(
-            "--size, --fps, --pixels-per-metre, --light-scale and --camera are for glTF scenes\n"
-            "hint: " +
-            options.scene + " says these things itself");
-    return gltf;
-}
-
-host::RenderSettings render_settings(const RenderOptions& options) {
+// What the command line and the scene come to.
+struct Job {
+    io::ImageOptions image;
     host::RenderSettings settings;
-    settings.depth = options.depth == 16 ? host::Depth::bits16 : host::Depth::bits8;
-    const std::uint32_t divisor = options.resolution == "half" ? 2 : options.resolution == "quarter" ? 4 : 1;
-    settings.downsample_x = settings.downsample_y = host::Ratio{1, divisor};
-    return settings;
-}
+    std::vector<int> frames;  // that are to be rendered
+    NamePattern names;
+    Background background;
+    io::Metadata metadata;
+};
 
-// Nothing, unless the frames are to be laid over a colour.
-std::optional<host::Color> background_of(const RenderOptions& options) {
-    if (options.over.empty()) return std::nullopt;
-    const auto color = io::parse_hex_color(options.over);
-    if (!color)
-        throw UsageError("--over " + options.over + ": this is no colour\nhint: write it as '#rrggbb'");
-    return color;
-}
-
-std::vector<int> chosen_frames(const RenderOptions& options, const host::Composition& composition) {
-    if (!options.frames.empty()) return parse_frames(options.frames, composition.duration);
+std::vector<int> chosen_frames(const std::string& list, const host::Composition& composition) {
+    if (!list.empty()) return parse_frames(list, composition.duration);
     std::vector<int> frames;
     for (int i = 0; i < composition.work_area_duration; ++i)
         frames.push_back(composition.work_area_start + i);
     return frames;
 }
 
-// What the plug-in said during a command; throws when it was an error. Repeated warnings are told once.
-void check(const host::Outcome& outcome, const std::string& command, std::set<std::string>& told,
-           Progress* progress) {
-    const std::string said = outcome.message.empty() ? "" : ": " + outcome.message;
-    if (outcome.thrown)
-        throw host::PluginError(command + ": the plug-in threw " + std::to_string(*outcome.thrown) + said);
-    if (outcome.error != 0)
-        throw host::PluginError(command + ": the plug-in returned error " + std::to_string(outcome.error) +
-                                said);
-    if (outcome.message_is_error) throw host::PluginError(command + said);
-    std::vector<std::string> warnings = outcome.reports;
-    if (!outcome.message.empty()) warnings.push_back("the plug-in says" + said);
-    for (const std::string& warning : warnings) {
-        if (!told.insert(warning).second) continue;
-        if (progress) progress->clear();
-        print_warning(command + ": " + warning);
-    }
+void leave_out_existing(Job& job) {
+    std::erase_if(job.frames, [&](int frame) {
+        std::error_code code;
+        return std::filesystem::is_regular_file(job.names.file(frame), code);
+    });
 }
 
-// The effect passes over such layers without a word.
-void warn_of_useless_reach(const host::Composition& composition, const host::Layer& layer) {
-    const bool own = layer.id == composition.effect.layer;
-    const bool flat = !layer.three_d &&
-                      (layer.kind == host::LayerKind::solid || layer.kind == host::LayerKind::null_object);
-    if (!own && !flat) return;
-    print_warning("control \"Set Reach Layer\": layer " + io::quote(layer.name) +
-                  (own ? " carries the effect" : " is a 2D layer") +
-                  ", so the cones end at \"Reach\"; choose another 3D layer");
+void check_interrupt(const Job& job, int done) {
+    if (const int signal = caught_signal())
+        throw Interrupted(signal, "interrupted with " + std::to_string(done) + " of " +
+                                      std::to_string(job.frames.size()) + " frames written\n" +
+                                      "hint: the same command with --skip-existing goes on from here");
 }
 
-// Layer controls that the plug-in supervises do their work only when a user picks a layer in them.
-void pick_layers(host::Session& session, const host::Composition& composition,
-                 const std::vector<host::ControlSetting>& settings, std::set<std::string>& told) {
-    const std::vector<host::Control>& controls = session.controls();
-    std::map<int, host::LayerId> picked;  // of several settings of one control the last counts
-    for (const host::ControlSetting& setting : settings) {
-        const host::Control& control = host::find_control(controls, setting.control);
-        if (control.type != PF_Param_LAYER || !(control.flags & PF_ParamFlag_SUPERVISE)) continue;
-        const host::ResolvedSetting resolved = host::resolve_setting(controls, setting, composition);
-        picked[control.index] = static_cast<host::LayerId>(resolved.value.at(0.0));
-    }
-    for (const auto& [index, layer] : picked) {
-        const host::Layer* chosen = composition.find_layer(layer);
-        if (chosen && controls[static_cast<std::size_t>(index - 1)].name == "Set Reach Layer")
-            warn_of_useless_reach(composition, *chosen);
-        check(session.choose_layer(index, layer, 0.0), "choosing layer " + std::to_string(layer), told,
-              nullptr);
-    }
-}
-
-// Applies the scene's settings, then the command line's, which come last and therefore win.
-void apply_settings(host::Session& session, host::Composition& composition, const RenderOptions& options,
-                    std::set<std::string>& told) {
-    session.apply_settings(composition.effect);
-    host::EffectSettings given;
-    given.layer = composition.effect.layer;
-    for (const std::string& text : options.settings)
-        given.controls.push_back(parse_setting(text, session.controls()));
-    try {
-        if (!given.controls.empty()) session.apply_settings(given);
-    } catch (const host::ControlError& error) {
-        throw UsageError(error.what());
-    }
-    std::vector<host::ControlSetting> all = composition.effect.controls;
-    all.insert(all.end(), given.controls.begin(), given.controls.end());
-    pick_layers(session, composition, all, told);
-}
-
-}  // namespace
-
-CLI::App* add_render(CLI::App& app, RenderOptions& options) {
-    CLI::App* sub = app.add_subcommand("render", "Render a scene into PNG files with straight alpha");
-    const auto add = [&](const char* name, auto& target, const char* value, const char* text) {
-        return sub->add_option(name, target, text)->option_text(value);
+// Frames are rendered one after the other on this thread and its helpers, and go into files on others meanwhile.
+void render_frames(const Job& job, host::Session& session, PluginAnswers& answers, int threads,
+                   Progress& progress, StageTimes& times) {
+    const auto into_file = [&](RenderedFrame& rendered) {
+        times.measure(StageTimes::lay_over,
+                      [&] { job.background.put_behind(rendered.frame, &rendered.image); });
+        io::Metadata metadata = job.metadata;
+        metadata.frame = rendered.frame;
+        const io::WriteTimes spent = io::write_image(rendered.file, rendered.image, metadata, job.image);
+        times.add(StageTimes::encode, spent.encode);
+        times.add(StageTimes::write, spent.write);
     };
-    add("SCENE", options.scene, "", "Composition (.json) or glTF 2.0 scene (.gltf, .glb)");
-    add("-o,--output", options.output, "FILES", "Image files, with # for the frame: 'out/light.####.png'");
-    add("--frames", options.frames, "LIST", "5, 0-47, 0-47x2 or 1,5,9 [the work area]");
-    add("--depth", options.depth, "8|16", "Bits per channel [8]")->check(CLI::IsMember({8, 16}));
-    add("--resolution", options.resolution, "WORD", "full, half or quarter [full]")
-        ->check(CLI::IsMember({"full", "half", "quarter"}));
-    add("--set", options.settings, "CONTROL=VALUE", "'Look=Strong', 'Spot Lights/Reach=800'; may be repeated")
-        ->allow_extra_args(false);
-    add("--over", options.over, "COLOUR", "Lay the light over a plain colour, '#101018', to look at it");
-    add("--plugin", options.plugin, "FILE", "Plug-in [Zam.so beside this program]");
-    add("--threads", options.threads, "N", "Threads to render rows on [one per core]")
-        ->check(CLI::Range(0, 256));
-    sub->add_flag("-q,--quiet", options.quiet, "Show no progress and no notes");
+    FramePipeline pipeline(threads, into_file,
+                           [&](int frame, const std::string& file) { progress.frame_done(frame, file); });
+    try {
+        for (const int frame : job.frames) {
+            check_interrupt(job, 0);
+            RenderedFrame rendered{frame, job.names.file(frame), {}};
+            rendered.image =
+                times.measure(StageTimes::render, [&] { return session.render(frame, job.settings); });
+            const host::Outcome& outcome = rendered.image.outcome;
+            if (!outcome.ok() || !outcome.message.empty()) progress.clear();
+            answers.check(outcome, "frame " + std::to_string(frame));
+            check_interrupt(job, 0);
+            times.measure(StageTimes::wait, [&] { pipeline.put(std::move(rendered)); });
+        }
+        times.measure(StageTimes::wait, [&] { pipeline.finish(); });
+    } catch (const Interrupted&) {
+        pipeline.drop();
+        progress.clear();
+        check_interrupt(job, progress.done());
+    }
+}
 
-    const char* gltf = "glTF scenes";
-    add("--size", options.size, "WxH", "Size of the composition [1920x1080]")->group(gltf);
-    add("--fps", options.frame_rate, "NUMBER", "Frames per second [24]")
-        ->check(CLI::Range(1.0, 999.0))
-        ->group(gltf);
-    add("--pixels-per-metre", options.pixels_per_metre, "NUMBER", "Pixels for a metre [100]")
-        ->check(CLI::Range(0.001, 100000.0))
-        ->group(gltf);
-    add("--light-scale", options.light_scale, "auto|CANDELA",
-        "Candela that make 100 %; auto: those of the brightest light [auto]")
-        ->group(gltf);
-    add("--camera", options.camera, "NAME", "Camera to look through [the first]")->group(gltf);
-    return sub;
+void tell_start(const Job& job, const RenderOptions& options, std::size_t skipped) {
+    if (!telling_in_json()) return;
+    print_event({{"event", "start"},
+                 {"scene", options.scene.file},
+                 {"digest", job.metadata.digest},
+                 {"software", job.metadata.software},
+                 {"frames", job.frames.size()},
+                 {"skipped", skipped}});
+}
+
+void tell_end(std::size_t rendered, std::size_t skipped, double seconds, const StageTimes& times) {
+    if (telling_in_json()) {
+        print_event({{"event", "end"},
+                     {"frames", rendered},
+                     {"skipped", skipped},
+                     {"seconds", seconds},
+                     {"stages", times.json()}});
+        return;
+    }
+    const auto count = [](std::size_t frames) {
+        return std::to_string(frames) + (frames == 1 ? " frame" : " frames");
+    };
+    std::string line = count(rendered) + " in " + clock_text(seconds);
+    if (skipped > 0) line += "; " + count(skipped) + " there already";
+    std::fprintf(stderr, "%s\n", line.c_str());
 }
 
 void render(const RenderOptions& options) {
-    if (options.scene.empty())
-        throw UsageError("render: no scene is given\nhint: zam render SCENE -o 'out/light.####.png'");
-    if (options.output.empty())
-        throw UsageError("render: no output is given\nhint: add -o 'out/light.####.png'");
-    static_cast<void>(NamePattern(options.output, false));
-    const std::optional<host::Color> background = background_of(options);
-
-    io::Scene scene = io::read_scene(options.scene, gltf_options(options));
-    for (const std::string& warning : scene.warnings) print_warning(warning);
-    if (!options.quiet)
-        for (const std::string& note : scene.notes) print_note(note);
+    if (options.output.empty() && !options.scene.file.empty())
+        throw UsageError("no output is given\nhint: add -o 'out/light.####.png'");
+    if (options.scene.file.empty()) throw UsageError(std::string("no scene is given\nhint: ") + kExample);
+    Job job{image_options(options),      render_settings(options), {},
+            NamePattern(options.output), Background(options.over), {}};
+    catch_interrupts();
+    StageTimes times;
+    io::Scene scene = times.measure(StageTimes::read_scene,
+                                    [&] { return load_scene(options.scene, options.quiet, kExample); });
     host::Composition& composition = scene.composition;
-    const std::vector<int> frames = chosen_frames(options, composition);
-    const NamePattern names(options.output, frames.size() > 1);
+    job.frames = chosen_frames(options.frames, composition);
+    const std::size_t asked = job.frames.size();
+    if (asked > 1 && !job.names.varies())
+        throw UsageError("-o " + options.output + ": several frames would all get this name\n" +
+                         "hint: put # where the frame's number goes, for example " +
+                         std::filesystem::path(options.output).replace_extension().string() + ".####" +
+                         std::filesystem::path(options.output).extension().string());
+    if (options.skip_existing) leave_out_existing(job);
 
     const host::Plugin plugin(plugin_file(options.plugin));
     host::SessionOptions session_options;
     session_options.threads = options.threads;
     host::Session session(plugin, composition, session_options);
-    session.start();
-    std::set<std::string> told;
-    apply_settings(session, composition, options, told);
+    times.measure(StageTimes::load_plugin, [&] { session.start(); });
+    PluginAnswers answers;
+    const GivenControls given = apply_settings(session, composition, options.settings, answers);
+    job.metadata = {0, composition.frame_rate, composition.pixel_aspect, "zam " + program_version(),
+                    scene_digest(options.scene.file, composition, given, job.settings)};
+    const host::Layer* carrier =
+        composition.find_layer(composition.effect.layer);  // the session vouches for it
+    const host::Size size = host::downsampled(host::layer_size(composition, *carrier),
+                                              job.settings.downsample_x, job.settings.downsample_y);
+    job.background.check(job.frames, size.width, size.height);
 
     io::make_folders_for(options.output);
+    tell_start(job, options, asked - job.frames.size());
+    const int threads = options.threads == 0 ? host::available_cores() : options.threads;
     const auto style = options.quiet ? Progress::Style::silent : Progress::style_for(stderr);
-    Progress progress(stderr, style, static_cast<int>(frames.size()));
-    const host::RenderSettings settings = render_settings(options);
-    for (const int frame : frames) {
-        host::Frame image = session.render(frame, settings);
-        check(image.outcome, "frame " + std::to_string(frame), told, &progress);
-        if (background) io::lay_over(*background, &image);
-        const std::string file = names.file(frame);
-        io::write_png(file, image);
-        progress.frame_done(frame, file);
-    }
+    Progress progress(stderr, style, static_cast<int>(job.frames.size()));
+    render_frames(job, session, answers, threads, progress, times);
     progress.clear();
     session.stop();
-    if (!options.quiet)
-        std::fprintf(stderr, "%zu %s in %s\n", frames.size(), frames.size() == 1 ? "frame" : "frames",
-                     clock_text(progress.seconds()).c_str());
+    if (!options.quiet) tell_end(job.frames.size(), asked - job.frames.size(), progress.seconds(), times);
 }
 
-std::string plugin_file(const std::string& given) {
-    if (!given.empty()) return given;
-    std::error_code code;
-    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", code);
-    return (program.parent_path() / "Zam.so").string();
+}  // namespace
+
+Command add_render(CLI::App& app) {
+    const auto options = std::make_shared<RenderOptions>();
+    CLI::App* parser = add_render_options(app, *options);
+    return {parser, [options] {
+                if (options->log == "json") tell_in_json();
+                render(*options);
+            }};
 }
 
 }  // namespace zam::cli

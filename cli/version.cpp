@@ -1,13 +1,15 @@
 #include "cli/version.h"
 
-#include "cli/render.h"
+#include "cli/plugin_answers.h"
 #include "host/runner/session.h"
 #include "io/effect_layer.h"
 
 namespace zam::cli {
 
-std::string version_text(const std::string& program_version) {
-    std::string text = "zam " + program_version;
+std::string program_version() { return ZAM_VERSION; }
+
+std::string version_text() {
+    std::string text = "zam " + program_version();
     try {
         host::Composition composition;
         io::add_effect_layer(composition);

@@ -51,6 +51,13 @@ Size layer_size(const Composition& composition, const Layer& layer) {
     return {composition.width, composition.height};
 }
 
+Size downsampled(const Size& full, const Ratio& x, const Ratio& y) {
+    const auto down = [](int pixels, const Ratio& factor) {
+        return std::max(1, static_cast<int>(std::ceil(pixels * factor.value() - 1e-9)));
+    };
+    return {down(full.width, x), down(full.height, y)};
+}
+
 bool descends_from(const Composition& composition, LayerId layer, LayerId ancestor) {
     for (std::size_t step = 0; layer != 0 && step <= composition.layers.size(); ++step) {
         if (layer == ancestor) return true;

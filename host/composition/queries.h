@@ -29,6 +29,8 @@ struct Size {
 };
 // Of the layer's source, or of the composition when it shows none.
 [[nodiscard]] Size layer_size(const Composition& composition, const Layer& layer);
+// At a lower resolution; rounded up, and at least one pixel.
+[[nodiscard]] Size downsampled(const Size& full, const Ratio& x, const Ratio& y);
 
 // True when `layer` is `ancestor` or has it somewhere above it.
 [[nodiscard]] bool descends_from(const Composition& composition, LayerId layer, LayerId ancestor);

@@ -39,10 +39,6 @@ bool has_params(PF_Cmd cmd) {
            cmd == PF_Cmd_USER_CHANGED_PARAM || cmd == PF_Cmd_UPDATE_PARAMS_UI || cmd == PF_Cmd_EVENT;
 }
 
-int downsampled(int full, const Ratio& factor) {
-    return std::max(1, static_cast<int>(std::ceil(full * factor.value() - 1e-9)));
-}
-
 PF_RationalScale interface_ratio(const Ratio& ratio) { return {ratio.num, ratio.den}; }
 
 }  // namespace
@@ -69,8 +65,8 @@ void Session::State::fill_in_data(PF_Cmd cmd, double at, const RenderSettings& s
     const Size size = layer_size(composition, *layer);
     data.width = size.width;
     data.height = size.height;
-    data.extent_hint = {0, 0, downsampled(size.width, settings.downsample_x),
-                        downsampled(size.height, settings.downsample_y)};
+    const Size shown = downsampled(size, settings.downsample_x, settings.downsample_y);
+    data.extent_hint = {0, 0, shown.width, shown.height};
     data.downsample_x = interface_ratio(settings.downsample_x);
     data.downsample_y = interface_ratio(settings.downsample_y);
     data.pixel_aspect_ratio = interface_ratio(composition.pixel_aspect);

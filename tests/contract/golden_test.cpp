@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "io/png_writer.h"
+#include "io/images/write_image.h"
 #include "io/read_scene.h"
 #include "tests/contract/reference_scene.h"
 #include "tests/contract/zam_fixture.h"
@@ -45,7 +45,7 @@ std::vector<Golden> goldens() {
     return all;
 }
 
-// The codes of a PNG file that io::write_png made of a 16-bit frame.
+// The codes of a PNG file that io::write_image made of a 16-bit frame.
 std::vector<std::uint16_t> read_codes(const std::string& file) {
     FILE* stream = std::fopen(file.c_str(), "rb");
     if (!stream) return {};
@@ -118,7 +118,11 @@ TEST(Golden, FramesAreTheReferenceRenderers) {
             render_reference(comp, running.session.controls(), golden.frame, golden.settings());
         expect_same_picture(frame.argb, slow.argb, frame.width, golden.file());
         if (golden.depth != Depth::bits16) continue;
-        if (accept) io::write_png(golden.file(), to_frame(slow));
+        if (accept)
+            io::write_image(golden.file(), to_frame(slow),
+                            {static_cast<int>(golden.frame), comp.frame_rate, comp.pixel_aspect,
+                             "the slow reference renderer", golden.scene},
+                            {.bits = 16});
         expect_same_picture(frame.argb, read_codes(golden.file()), frame.width, golden.file() + " as kept");
     }
 }

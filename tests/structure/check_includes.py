@@ -18,7 +18,7 @@ ALLOWED = {
     "io": ["hostapi", "host"],
     "cli": ["hostapi", "host", "io"],
     "tests": ["hostapi", "effect", "effect/params", "effect/scene", "effect/render", "effect/render/kernels",
-              "effect/entry", "host", "io"],
+              "effect/entry", "host", "io", "cli"],
     "bench": ["hostapi", "effect/params", "effect/scene", "effect/render", "effect/render/kernels", "host", "io",
               "tests"],
 }

@@ -1,115 +1,265 @@
-// Written images, read back by libpng's own reader.
-#include "io/png_writer.h"
-
+// Written images, read back by the libraries' own readers.
+#include <OpenEXR/ImfArray.h>
+#include <OpenEXR/ImfChannelList.h>
+#include <OpenEXR/ImfRgbaFile.h>
+#include <OpenEXR/ImfStandardAttributes.h>
+#include <OpenEXR/ImfStringAttribute.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <png.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
+#include <cmath>
 #include <csignal>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "io/images/png_reader.h"
+#include "io/images/samples.h"
+#include "io/images/write_image.h"
+#include "io/over.h"
+#include "io/scene_error.h"
+
+#include <tiffio.h>  // last: it deprecates int32, a name of the host's interface
 
 namespace zam::io {
 namespace {
 
 namespace fs = std::filesystem;
+using host::Depth;
 
-class Png : public testing::Test {
+const Metadata kFacts{12, {24000, 1001}, {1, 1}, "zam 1.2.3", "0123abcd"};
+
+class Images : public testing::Test {
   protected:
-    Png() { fs::create_directories(folder); }
-    ~Png() override { fs::remove_all(folder); }
-    fs::path folder = fs::temp_directory_path() / ("zam_png_" + std::to_string(getpid()));
+    Images() { fs::create_directories(folder); }
+    ~Images() override { fs::remove_all(folder); }
+    [[nodiscard]] std::string path(const std::string& name) const { return (folder / name).string(); }
+    fs::path folder = fs::temp_directory_path() / ("zam_images_" + std::to_string(getpid()));
 };
 
-host::Frame frame_of(host::Depth depth, int width, int height) {
+int full_of(Depth depth) { return depth == Depth::bits8 ? 255 : 32768; }
+
+host::Frame frame_of(Depth depth, int width, int height) {
     host::Frame frame;
     frame.width = width;
     frame.height = height;
     frame.depth = depth;
-    const std::uint32_t full = depth == host::Depth::bits8 ? 255 : 32768;
+    const auto codes = static_cast<std::uint32_t>(full_of(depth)) + 1;
     for (std::uint32_t i = 0; i < static_cast<std::uint32_t>(width * height * 4); ++i)
-        frame.argb.push_back(static_cast<std::uint16_t>(i * 7919 % (full + 1)));
-    frame.argb[0] = static_cast<std::uint16_t>(full);
+        frame.argb.push_back(static_cast<std::uint16_t>(i * 7919 % codes));
+    frame.argb[0] = static_cast<std::uint16_t>(codes - 1);
     frame.argb[1] = 0;
     return frame;
 }
 
-struct Image {
-    png_uint_32 width = 0, height = 0;
-    int bits = 0, color_type = 0;
-    std::vector<int> rgba;
-};
-
-Image read_png(const fs::path& file) {
-    Image image;
-    std::FILE* stream = std::fopen(file.c_str(), "rb");
-    png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
-    png_infop info = png_create_info_struct(png);
-    png_init_io(png, stream);
-    png_read_png(png, info, PNG_TRANSFORM_IDENTITY, nullptr);
-    image.width = png_get_image_width(png, info);
-    image.height = png_get_image_height(png, info);
-    image.bits = png_get_bit_depth(png, info);
-    image.color_type = png_get_color_type(png, info);
-    png_bytepp rows = png_get_rows(png, info);
-    const png_uint_32 samples = image.width * 4;
-    for (png_uint_32 y = 0; y < image.height; ++y)
-        for (png_uint_32 i = 0; i < samples; ++i)
-            image.rgba.push_back(image.bits == 8 ? rows[y][i] : rows[y][2 * i] * 256 + rows[y][2 * i + 1]);
-    png_destroy_read_struct(&png, &info, nullptr);
-    std::fclose(stream);
-    return image;
+std::string bytes_of(const std::string& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-TEST_F(Png, EveryCodeComesBackInOrder) {
-    for (const host::Depth depth : {host::Depth::bits8, host::Depth::bits16}) {
-        const host::Frame frame = frame_of(depth, 37, 23);
-        const fs::path file = folder / "image.png";
-        write_png(file.string(), frame);
-        const Image image = read_png(file);
-        EXPECT_EQ(image.width, 37u);
-        EXPECT_EQ(image.height, 23u);
-        EXPECT_EQ(image.bits, depth == host::Depth::bits8 ? 8 : 16);
-        EXPECT_EQ(image.color_type, PNG_COLOR_TYPE_RGBA);
-        ASSERT_EQ(image.rgba.size(), frame.argb.size());
-        for (std::size_t i = 0; i < image.rgba.size(); ++i) {
+// Samples in the order of the file.
+std::vector<int> read_tiff(const std::string& file, std::string* description) {
+    TIFF* tiff = TIFFOpen(file.c_str(), "r");
+    if (!tiff) return {};
+    std::uint32_t width = 0, height = 0;
+    std::uint16_t bits = 0, extras = 0, *extra = nullptr;
+    char* text = nullptr;
+    TIFFGetField(tiff, TIFFTAG_IMAGEWIDTH, &width);
+    TIFFGetField(tiff, TIFFTAG_IMAGELENGTH, &height);
+    TIFFGetField(tiff, TIFFTAG_BITSPERSAMPLE, &bits);
+    TIFFGetField(tiff, TIFFTAG_EXTRASAMPLES, &extras, &extra);
+    TIFFGetField(tiff, TIFFTAG_IMAGEDESCRIPTION, &text);
+    EXPECT_EQ(extras, 1);
+    EXPECT_EQ(extra[0], EXTRASAMPLE_UNASSALPHA);
+    *description = text;
+    std::vector<int> samples;
+    std::vector<std::uint16_t> row(static_cast<std::size_t>(TIFFScanlineSize(tiff)));
+    for (std::uint32_t y = 0; y < height; ++y) {
+        EXPECT_EQ(TIFFReadScanline(tiff, row.data(), y, 0), 1);
+        const auto* bytes = reinterpret_cast<const std::uint8_t*>(row.data());
+        for (std::size_t i = 0; i < width * 4; ++i) samples.push_back(bits == 8 ? bytes[i] : row[i]);
+    }
+    TIFFClose(tiff);
+    return samples;
+}
+
+TEST_F(Images, PngHoldsEveryCode) {
+    // Wide enough for several pieces of compressed data.
+    for (const auto& [width, height] : {std::pair(37, 23), std::pair(1, 1), std::pair(700, 300)})
+        for (const Depth depth : {Depth::bits8, Depth::bits16}) {
+            const host::Frame frame = frame_of(depth, width, height);
+            write_image(path("a.png"), frame, kFacts, {.bits = depth == Depth::bits8 ? 8 : 16});
+            PngReader reader(path("a.png"));
+            EXPECT_EQ(reader.width(), width);
+            EXPECT_EQ(reader.height(), height);
+            EXPECT_EQ(reader.read(depth).argb, frame.argb);
+        }
+    const std::string bytes = bytes_of(path("a.png"));
+    using namespace std::string_literals;
+    for (const std::string& text :
+         {"Frame\0"s + "12", "Time\0"s + "0.5005 s", "Software\0zam 1.2.3"s, "Scene Digest\0"s + "0123abcd"})
+        EXPECT_NE(bytes.find(text), std::string::npos) << text;
+    EXPECT_EQ(bytes.find("tIME"), std::string::npos);
+}
+
+TEST_F(Images, TiffHoldsEveryCode) {
+    for (const Depth depth : {Depth::bits8, Depth::bits16}) {
+        const host::Frame frame = frame_of(depth, 613, 701);  // more than one strip
+        write_image(path("a.tif"), frame, kFacts,
+                    {.format = ImageFormat::tiff, .bits = depth == Depth::bits8 ? 8 : 16});
+        std::string description;
+        const std::vector<int> samples = read_tiff(path("a.tif"), &description);
+        EXPECT_EQ(description, "frame 12, time 0.5005 s, scene digest 0123abcd");
+        ASSERT_EQ(samples.size(), frame.argb.size());
+        for (std::size_t i = 0; i < samples.size(); ++i) {
             const int code = frame.argb[i % 4 == 3 ? i - 3 : i + 1];  // red, green, blue, then alpha
             const int wide = static_cast<int>(std::lround(code * 65535.0 / 32768.0));
-            ASSERT_EQ(image.rgba[i], depth == host::Depth::bits8 ? code : wide) << i;
+            ASSERT_EQ(samples[i], depth == Depth::bits8 ? code : wide) << i;
         }
-        EXPECT_EQ(image.rgba[3], depth == host::Depth::bits8 ? 255 : 65535);
     }
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1) << "an unfinished file was left";
+}
+
+TEST_F(Images, ExrIsPremultipliedAndLinearIfWanted) {
+    const host::Frame frame = frame_of(Depth::bits16, 90, 70);
+    for (const int bits : {16, 32})
+        for (const bool linear : {true, false}) {
+            write_image(path("a.exr"), frame, kFacts,
+                        {.format = ImageFormat::exr, .bits = bits, .linear = linear});
+            Imf::RgbaInputFile file(path("a.exr").c_str());
+            const Imf::Header& header = file.header();
+            EXPECT_EQ(header.channels().findChannel("A")->type, bits == 16 ? Imf::HALF : Imf::FLOAT);
+            EXPECT_EQ(header.typedAttribute<Imf::StringAttribute>("sceneDigest").value(), "0123abcd");
+            EXPECT_EQ(Imf::framesPerSecond(header).n, 24000);
+            EXPECT_EQ(Imf::hasChromaticities(header), linear);
+            Imf::Array2D<Imf::Rgba> pixels(frame.height, frame.width);
+            file.setFrameBuffer(&pixels[0][0], 1, static_cast<std::size_t>(frame.width));
+            file.readPixels(0, frame.height - 1);
+            for (int i = 0; i < frame.width * frame.height; ++i) {
+                const std::uint16_t* argb = &frame.argb[static_cast<std::size_t>(i) * 4];
+                const Imf::Rgba& pixel = pixels[i / frame.width][i % frame.width];
+                const double alpha = argb[0] / 32768.0;
+                const auto expected = [&](int code) {
+                    const double v = code / 32768.0;
+                    const double lin = v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
+                    return (linear ? lin : v) * alpha;
+                };
+                ASSERT_NEAR(pixel.a, alpha, 5e-4);
+                ASSERT_NEAR(pixel.r, expected(argb[1]), 5e-4) << i;
+                ASSERT_NEAR(pixel.g, expected(argb[2]), 5e-4) << i;
+                ASSERT_NEAR(pixel.b, expected(argb[3]), 5e-4) << i;
+            }
+        }
+}
+
+TEST_F(Images, TheSameFrameIsTheSameBytes) {
+    const host::Frame frame = frame_of(Depth::bits16, 640, 360);
+    for (const auto& [format, bits] : {std::pair(ImageFormat::png, 16), std::pair(ImageFormat::exr, 16),
+                                       std::pair(ImageFormat::exr, 32), std::pair(ImageFormat::tiff, 16)}) {
+        for (const char* name : {"a", "b"})
+            write_image(path(name), frame, kFacts, {.format = format, .bits = bits});
+        EXPECT_EQ(bytes_of(path("a")), bytes_of(path("b")));
+    }
+}
+
+TEST(Samples, DitherIsRightOnTheMeanAndLeavesTheEndsAlone) {
+    host::Frame frame{8, 8, Depth::bits16, std::vector<std::uint16_t>(8 * 8 * 4), {}};
+    for (const int code : {0, 1, 64, 5000, 16384, 20001, 32767, 32768}) {
+        std::fill(frame.argb.begin(), frame.argb.end(), static_cast<std::uint16_t>(code));
+        double sum = 0.0;
+        int least = 255, most = 0;
+        for (int y = 0; y < 8; ++y) {
+            std::uint8_t row[32];
+            rgba8_row(frame, y, true, row);
+            for (const int sample : row) {
+                sum += sample / 256.0;
+                least = std::min(least, sample);
+                most = std::max(most, sample);
+            }
+            rgba8_row(frame, y, false, row);
+            EXPECT_EQ(row[5], std::lround(code * 255.0 / 32768.0));
+        }
+        EXPECT_NEAR(sum, code * 255.0 / 32768.0, 0.5 / 64) << code;
+        EXPECT_LE(most - least, 1) << code;
+        EXPECT_TRUE(code != 0 || most == 0);
+        EXPECT_TRUE(code != 32768 || least == 255);
+    }
+}
+
+TEST(Over, MixesWithOpaqueAndTransparentPictures) {
+    for (const Depth depth : {Depth::bits8, Depth::bits16}) {
+        const int full = full_of(depth);
+        const auto part = [&](double value) { return static_cast<std::uint16_t>(std::lround(value * full)); };
+        const std::vector<std::uint16_t> light = {part(0.25), part(1), part(0.5), 0};
+        const auto over = [&](double alpha) {
+            host::Frame frame{1, 1, depth, light, {}};
+            lay_over({1, 1, depth, {part(alpha), part(0.2), part(0.2), part(1)}, {}}, &frame);
+            return frame.argb;
+        };
+        const auto expect = [&](const std::vector<std::uint16_t>& got, double a, double r, double g,
+                                double b) {
+            const double wanted[] = {a, r, g, b};
+            for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(got[i], wanted[i] * full, 1.6) << i;
+        };
+        expect(over(1.0), 1.0, 0.4, 0.275, 0.75);
+        // Half of the background shows through the light: 0.75 * 0.5.
+        expect(over(0.5), 0.625, (0.25 + 0.375 * 0.2) / 0.625, (0.125 + 0.375 * 0.2) / 0.625, 0.375 / 0.625);
+        EXPECT_EQ(over(0.0), light);
+    }
 }
 
 std::string failure(const std::string& file) {
     try {
         make_folders_for(file);
-        write_png(file, frame_of(host::Depth::bits16, 256, 256));
+        write_image(file, frame_of(Depth::bits16, 256, 256), kFacts,
+                    {.format = *format_of(file), .bits = 16});
     } catch (const WriteError& error) {
         return error.what();
     }
     return {};
 }
 
-TEST_F(Png, FailuresNameTheFileAndLeaveNothingBehind) {
-    EXPECT_EQ(failure(folder / "new/folders/a.png"), "");
-    fs::create_directories(folder / "taken.png");
-    EXPECT_THAT(failure(folder / "taken.png"), testing::AllOf(testing::HasSubstr("taken.png: cannot write"),
-                                                              testing::HasSubstr("\nhint: ")));
-    EXPECT_THAT(failure(folder / "new/folders/a.png/b.png"), testing::HasSubstr("a.png"));
+TEST_F(Images, FailuresNameTheFileAndLeaveNothingBehind) {
+    for (const std::string end : {".png", ".exr", ".tif"}) {
+        EXPECT_EQ(failure(path("new/folders/a" + end)), "");
+        fs::create_directories(path("taken" + end));
+        EXPECT_THAT(failure(path("taken" + end)),
+                    testing::AllOf(testing::HasSubstr("taken" + end + ": cannot write"),
+                                   testing::HasSubstr("\nhint: ")));
+        EXPECT_THAT(failure(path("new/folders/a" + end + "/b" + end)), testing::HasSubstr("a" + end));
 
-    // A full disk, as far as one can be had: the system refuses to let a file grow.
-    rlimit limit{};
-    getrlimit(RLIMIT_FSIZE, &limit);
-    const rlimit small{4096, limit.rlim_max};
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    setrlimit(RLIMIT_FSIZE, &small);
-    const std::string full = failure(folder / "full.png");
-    setrlimit(RLIMIT_FSIZE, &limit);
-    std::signal(SIGXFSZ, handler);
-    EXPECT_THAT(full, testing::AllOf(testing::HasSubstr("full.png"), testing::HasSubstr("free some space")));
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 2) << "only what was there before";
+        // A full disk, as far as one can be had: the system refuses to let a file grow.
+        rlimit limit{};
+        getrlimit(RLIMIT_FSIZE, &limit);
+        const rlimit small{4096, limit.rlim_max};
+        const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+        setrlimit(RLIMIT_FSIZE, &small);
+        const std::string full = failure(path("full" + end));
+        setrlimit(RLIMIT_FSIZE, &limit);
+        std::signal(SIGXFSZ, handler);
+        EXPECT_THAT(full,
+                    testing::AllOf(testing::HasSubstr("full" + end), testing::HasSubstr("free some space")));
+    }
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 4) << "only what was there before";
+}
+
+TEST_F(Images, PicturesThatCannotBeReadAreToldOf) {
+    write_image(path("a.png"), frame_of(Depth::bits8, 64, 64), kFacts, {});
+    const std::string whole = bytes_of(path("a.png"));
+    std::ofstream(path("text.png")) << "no picture";
+    std::ofstream(path("cut.png"), std::ios::binary) << whole.substr(0, whole.size() / 2);
+    std::string damaged = whole;
+    damaged[damaged.size() / 2] ^= 1;
+    std::ofstream(path("damaged.png"), std::ios::binary) << damaged;
+    for (const std::string name : {"none.png", "text.png", "cut.png", "damaged.png"}) {
+        try {
+            static_cast<void>(PngReader(path(name)).read(Depth::bits8));
+            FAIL() << name;
+        } catch (const SceneError& error) {
+            EXPECT_THAT(error.what(), testing::HasSubstr(name + ": "));
+        }
+    }
 }
 
 }  // namespace

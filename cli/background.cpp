@@ -1,0 +1,51 @@
+#include "cli/background.h"
+
+#include "cli/exit_code.h"
+#include "io/images/png_reader.h"
+#include "io/images/write_image.h"
+#include "io/over.h"
+#include "io/scene_error.h"
+
+namespace zam::cli {
+namespace {
+
+void check_size(const std::string& file, const io::PngReader& plate, int width, int height) {
+    const auto size = [](int w, int h) { return std::to_string(w) + " x " + std::to_string(h); };
+    if (plate.width() == width && plate.height() == height) return;
+    throw io::SceneError(
+        file, {},
+        "the plate has " + size(plate.width(), plate.height()) + " pixels, the frame " + size(width, height),
+        "give plates of the frame's size; --resolution and the scene's size decide that one");
+}
+
+}  // namespace
+
+Background::Background(const std::string& over) {
+    if (over.empty()) return;
+    color_ = io::parse_hex_color(over);
+    if (color_) return;
+    if (io::format_of(over) != io::ImageFormat::png)
+        throw UsageError("--over " + over +
+                         ": this is no colour and no PNG file\nhint: write '#rrggbb', or 'plate.####.png'");
+    plates_ = NamePattern(over);
+}
+
+void Background::check(const std::vector<int>& frames, int width, int height) const {
+    if (!plates_) return;
+    for (const int frame : frames) {
+        const std::string file = plates_->file(frame);
+        check_size(file, io::PngReader(file), width, height);
+        if (!plates_->varies()) return;
+    }
+}
+
+void Background::put_behind(int number, host::Frame* frame) const {
+    if (color_) io::lay_over(*color_, frame);
+    if (!plates_) return;
+    const std::string file = plates_->file(number);
+    io::PngReader plate(file);
+    check_size(file, plate, frame->width, frame->height);  // it may have changed
+    io::lay_over(plate.read(frame->depth), frame);
+}
+
+}  // namespace zam::cli

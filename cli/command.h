@@ -1,0 +1,16 @@
+#pragma once
+// One command of the program: a subcommand of the parser, and what it does once the command line is read.
+#include <functional>
+
+namespace CLI {
+class App;
+}
+
+namespace zam::cli {
+
+struct Command {
+    CLI::App* parser = nullptr;
+    std::function<void()> run;  // throws what main() knows an exit code for
+};
+
+}  // namespace zam::cli

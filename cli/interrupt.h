@@ -1,0 +1,20 @@
+#pragma once
+// Being told to stop: SIGINT, SIGTERM and SIGHUP.
+#include <stdexcept>
+
+namespace zam::cli {
+
+// The work was given up because of a signal.
+struct Interrupted : std::runtime_error {
+    Interrupted(int caught, const std::string& text) : std::runtime_error(text), signal(caught) {}
+    int signal;
+};
+
+// From now on the first of these signals is only remembered, so that the frames at hand come to a good end. The second
+// one ends the program at once; it leaves no half-written file either, see io::WholeFile.
+void catch_interrupts();
+
+// The signal that was caught; 0: none.
+[[nodiscard]] int caught_signal();
+
+}  // namespace zam::cli

@@ -1,0 +1,32 @@
+#include "cli/plugin_answers.h"
+
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+#include "cli/messages.h"
+
+namespace zam::cli {
+
+std::string plugin_file(const std::string& given) {
+    if (!given.empty()) return given;
+    std::error_code code;
+    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", code);
+    return (program.parent_path() / "Zam.so").string();
+}
+
+void PluginAnswers::check(const host::Outcome& outcome, const std::string& command) {
+    const std::string said = outcome.message.empty() ? "" : ": " + outcome.message;
+    if (outcome.thrown)
+        throw host::PluginError(command + ": the plug-in threw " + std::to_string(*outcome.thrown) + said);
+    if (outcome.error != 0)
+        throw host::PluginError(command + ": the plug-in returned error " + std::to_string(outcome.error) +
+                                said);
+    if (outcome.message_is_error) throw host::PluginError(command + said);
+    std::vector<std::string> warnings = outcome.reports;
+    if (!outcome.message.empty()) warnings.push_back("the plug-in says" + said);
+    for (const std::string& warning : warnings)
+        if (told_.insert(warning).second) print_warning(command + ": " + warning);
+}
+
+}  // namespace zam::cli

@@ -1,0 +1,27 @@
+#pragma once
+// One frame into one image file.
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "io/images/image.h"
+
+namespace zam::io {
+
+// By the end of a file's name, in any case: .png, .exr, .tif, .tiff.
+[[nodiscard]] std::optional<ImageFormat> format_of(const std::string& file);
+
+// Bits per sample that a format takes, the usual ones first.
+[[nodiscard]] std::vector<int> bits_of(ImageFormat format);
+
+// How long the work took, on the wall's clock.
+struct WriteTimes {
+    double encode = 0.0, write = 0.0;  // seconds
+};
+
+// The file appears under its name only when it is complete; one that is there already is replaced. The same frame,
+// metadata and options give the same bytes. Throws WriteError.
+WriteTimes write_image(const std::string& file, const host::Frame& frame, const Metadata& metadata,
+                       const ImageOptions& options);
+
+}  // namespace zam::io
