@@ -7,97 +7,21 @@ PROGRAM may be several words: an emulator and its options before the program.
 
 import json
 import os
-import pathlib
 import pty
 import re
-import struct
 import subprocess
 import sys
-import tempfile
 import unittest
-import zlib
 
-ROOT, PROGRAM = pathlib.Path(sys.argv[1]), sys.argv[2:]
-
-SCENE = {
-    "size": [32, 20], "duration": 12, "work_area": [3, 4],
-    "layers": [
-        {"kind": "light", "position": [4, 10, 20], "point_of_interest": [28, 10, 15], "cone_angle": 40, "color": [1, 0.6, 0],
-         "intensity": {"keys": [[0, 2], [11, 20]]}},
-        {"kind": "solid", "name": "Wall", "size": [20, 20], "position": [16, 10, 0], "rotation_y": 60},
-    ],
-    "effect": {"controls": {"Spot Lights": {"Start Distance": 1, "Reach": 60}}},
-}
+from zam_program import PROGRAM, ROOT, SCENE, ProgramTest, brightest, read_png
 
 
-def read_png(path):
-    """Width, height, bits, and the samples, four for a pixel; only what the program writes is understood."""
-    data = path.read_bytes()
-    assert data[:8] == b"\x89PNG\r\n\x1a\n"
-    at, body, header = 8, b"", None
-    while at < len(data):
-        length, kind = struct.unpack(">I4s", data[at:at + 8])
-        chunk = data[at + 8:at + 8 + length]
-        if kind == b"IHDR":
-            header = struct.unpack(">IIBB", chunk[:10])
-        if kind == b"IDAT":
-            body += chunk
-        at += 12 + length
-    width, height, bits, color = header
-    assert color == 6, "RGBA"
-    raw = zlib.decompress(body)
-    pixel, row = bits // 2, width * bits // 2
-    assert len(raw) == height * (1 + row)
-    above, samples = bytearray(pixel + row), []
-    for y in range(height):
-        kind, coded = raw[y * (1 + row)], raw[y * (1 + row) + 1:(y + 1) * (1 + row)]
-        line = bytearray(pixel + row)
-        for i, code in enumerate(coded, pixel):
-            left, up, corner = line[i - pixel], above[i], above[i - pixel]
-            nearest = min((left, up, corner), key=lambda c: abs(left + up - corner - c))
-            line[i] = (code + (0, left, up, (left + up) // 2, nearest)[kind]) & 255
-        above = line
-        samples += line[pixel:] if bits == 8 else struct.unpack(f">{width * 4}H", line[pixel:])
-    return width, height, bits, samples
-
-
-def brightest(samples):
-    """The largest alpha, which is the light's strength: the colour is straight."""
-    return max(samples[3::4])
-
-
-class Program(unittest.TestCase):
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = pathlib.Path(folder.name)
-        self.write("scene.json", SCENE)
-
-    def write(self, name, scene):
-        (self.folder / name).write_text(scene if isinstance(scene, str) else json.dumps(scene))
-
-    def zam(self, *arguments):
-        return subprocess.run([*PROGRAM, *map(str, arguments)], cwd=self.folder, capture_output=True, text=True)
-
-    def expect(self, code, message, *arguments):
-        run = self.zam(*arguments)
-        self.assertEqual(run.returncode, code, f"{arguments}: {run.stderr}")
-        self.assertIn(message, run.stderr)
-        if code:
-            self.assertRegex(run.stderr, r"(?m)^zam: .")
-            self.assertEqual(run.stdout, "")
-        return run
-
-    def rendered(self, *arguments, scene="scene.json"):
-        """The names that a render leaves in out/."""
-        self.expect(0, "", "render", scene, *arguments)
-        return sorted(p.name for p in (self.folder / "out").iterdir())
-
+class Program(ProgramTest):
     def test_help_documents_the_exit_codes(self):
         for arguments in (["--help"], ["render", "--help"], ["controls", "--help"]):
             run = self.zam(*arguments)
             self.assertEqual(run.returncode, 0)
-            for code in range(6):
+            for code in (*range(6), "128 \\+ N"):
                 self.assertRegex(run.stdout, rf"(?m)^ *{code}  \w")
 
     def test_version_names_the_target_in_use(self):
@@ -121,7 +45,11 @@ class Program(unittest.TestCase):
             ("--resolution", ["render", "scene.json", *out, "--resolution", "third"]),
             ("several frames would all get this name\nzam: hint: put # where the frame's number goes, for example a.####.png",
              ["render", "scene.json", "-o", "a.png"]),
-            ("only PNG files are written", ["render", "scene.json", "-o", "a.####.exr"]),
+            ("only PNG, OpenEXR and TIFF files are written", ["render", "scene.json", "-o", "a.####.jpg"]),
+            ("--depth 8: a.####.exr cannot have that\nzam: hint: OpenEXR has 16", ["render", "scene.json", "-o", "a.####.exr", "--depth", "8"]),
+            ("--depth 32", ["render", "scene.json", *out, "--depth", "32"]),
+            ("only images of 8 bits", ["render", "scene.json", *out, "--depth", "16", "--dither"]),
+            ("only OpenEXR files", ["render", "scene.json", *out, "--color", "as-is"]),
             ("for glTF scenes", ["render", "scene.json", *out, "--fps", "25"]),
             ("--set 'Lok=Weak'", ["render", "scene.json", *out, "--set", "Lok=Weak"]),
             ("hint: did you mean \"Look\"?", ["render", "scene.json", *out, "--set", "Lok=Weak"]),
@@ -193,7 +121,7 @@ class Program(unittest.TestCase):
                     expected = light[i + channel] * alpha + behind / 255 * full * (1 - alpha)
                     self.assertAlmostEqual(picture[i + channel], expected, delta=4)
                 self.assertEqual(picture[i + 3], full)
-        self.expect(2, "--over red: this is no colour", "render", "scene.json", "-o", "out/a.png", "--over", "red")
+        self.expect(2, "--over red: this is no colour and no PNG file", "render", "scene.json", "-o", "out/a.png", "--over", "red")
 
     def test_controls_change_the_picture(self):
         def picture(*arguments, scene="scene.json"):

@@ -1,0 +1,160 @@
+"""The files that `zam render` leaves: formats, what they tell, backgrounds, interrupted runs.
+
+    output_test.py ROOT PROGRAM...
+"""
+
+import json
+import re
+import signal
+import subprocess
+import sys
+import time
+import unittest
+
+from zam_program import PROGRAM, SCENE, ProgramTest, read_png
+
+
+class Output(ProgramTest):
+    def render(self, name, *arguments, scene="scene.json"):
+        """The bytes of frame 6 in a file of that name."""
+        self.expect(0, "", "render", scene, "-o", name, "--frames", "6", *arguments)
+        return (self.folder / name).read_bytes()
+
+    def picture(self, *arguments, scene="scene.json"):
+        self.render("picture.png", *arguments, scene=scene)
+        return read_png(self.folder / "picture.png")[3]
+
+    def texts(self, *arguments, scene="scene.json"):
+        found = {}
+        self.render("texts.png", *arguments, scene=scene)
+        read_png(self.folder / "texts.png", found)
+        return found
+
+    def test_same_bytes_on_every_run(self):
+        for name, arguments, magic in (("a.png", ["--depth", "16"], b"\x89PNG"), ("a.PNG", ["--dither"], b"\x89PNG"),
+                                       ("a.exr", [], b"v/1\x01"), ("a.exr", ["--depth", "32"], b"v/1\x01"),
+                                       ("a.tif", ["--depth", "16"], b"II*\0"), ("a.tiff", [], b"II*\0")):
+            with self.subTest(name=name, arguments=arguments):
+                first = self.render(name, *arguments)
+                self.assertTrue(first.startswith(magic))
+                self.assertEqual(first, self.render(name, *arguments, "--threads", "3"))
+        self.assertNotEqual(self.render("a.exr"), self.render("a.exr", "--color", "as-is"))
+
+    def test_files_tell_what_they_show(self):
+        texts = self.texts()
+        self.assertRegex(texts["Software"], r"^zam \d+\.\d+\.\d+$")
+        self.assertEqual((texts["Frame"], texts["Time"]), ("6", "0.25 s"))
+        digest = texts["Scene Digest"]
+        self.assertRegex(digest, "^[0-9a-f]{32}$")
+        self.assertIn(digest.encode(), self.render("a.tif"))
+        # The digest names the light: what changes the light changes it, other ways to say the same do not.
+        self.write("copy.json", SCENE)
+        self.assertEqual(digest, self.texts("--over", "#102030", scene="copy.json")["Scene Digest"])
+        strong = self.texts("--set", "Look=Strong")["Scene Digest"]
+        self.assertEqual(strong, self.texts("--set", "Look=Weak", "--set", "#25=4")["Scene Digest"])
+        self.write("other.json", json.dumps(SCENE).replace("0.5", "0.6"))
+        others = [self.texts(scene="other.json"), self.texts("--resolution", "half"), self.texts("--depth", "16")]
+        self.assertEqual(len({digest, strong, *(t["Scene Digest"] for t in others)}), 5)
+
+    def test_dither_writes_8_bits_from_16(self):
+        fine, plain, dithered = self.picture("--depth", "16"), self.picture(), self.picture("--dither")
+        self.assertNotEqual(plain, dithered)
+        exact = [sample * 255 / 65535 for sample in fine]
+        self.assertLess(max(abs(a - b) for a, b in zip(exact, dithered)), 1)
+        self.assertTrue(all(b == 0 for a, b in zip(exact, dithered) if a == 0))
+
+    def test_over_plates(self):
+        # The light at another frame, over a colour, serves as plates: one opaque, one as transparent as the light.
+        for depth, full in (("8", 255), ("16", 65535)):
+            light = self.picture("--depth", depth)
+            for number, over in ((6, ["--over", "#336699"]), (7, [])):
+                self.expect(0, "", "render", "scene.json", "-o", f"plate.{number:03}.png", "--frames", "11",
+                            "--depth", depth, *over)
+            for number in (6, 7):
+                plate = read_png(self.folder / f"plate.{number:03}.png")[3]
+                name = "plate.###.png" if number == 6 else "plate.007.png"
+                got = self.picture("--depth", depth, "--over", name)
+                for i in range(0, len(light), 4):
+                    alpha, rest = light[i + 3] / full, (1 - light[i + 3] / full) * plate[i + 3] / full
+                    self.assertAlmostEqual(got[i + 3] / full, alpha + rest, delta=0.004)
+                    if alpha + rest < 0.05:
+                        continue
+                    for c in range(3):
+                        mixed = (light[i + c] * alpha + plate[i + c] * rest) / (alpha + rest)
+                        self.assertAlmostEqual(got[i + c] / full, mixed / full, delta=0.02 if depth == "8" else 0.001)
+
+    def test_plates_that_do_not_fit(self):
+        self.expect(0, "", "render", "scene.json", "-o", "plate.####.png")  # frames 3 and 4
+        for message, arguments in (
+                ("plate.0005.png: cannot read the picture: No such file", ["--frames", "3-5", "--over", "plate.####.png"]),
+                ("plate.0003.png: the plate has 32 x 20 pixels, the frame 16 x 10",
+                 ["--resolution", "half", "--over", "plate.####.png"]),
+                ("scene.png: this is no PNG file", ["--over", "scene.png"])):
+            (self.folder / "scene.png").write_text("no picture")
+            self.expect(3, message, "render", "scene.json", "-o", "out/a.####.png", *arguments)
+            self.assertFalse((self.folder / "out").exists(), "told before anything is rendered")
+
+    def test_existing_frames_are_skipped(self):
+        (self.folder / "a.4.png").write_text("kept")
+        run = self.expect(0, "1 frame in 0:0", "render", "scene.json", "-o", "a.#.png", "--skip-existing")
+        self.assertIn("; 1 frame there already", run.stderr)
+        self.assertEqual((self.folder / "a.4.png").read_text(), "kept")
+        read_png(self.folder / "a.3.png")
+        self.expect(0, "0 frames in 0:00; 2 frames there already", "render", "scene.json", "-o", "a.#.png", "--skip-existing")
+        self.expect(0, "", "render", "scene.json", "-o", "a.#.png")
+        read_png(self.folder / "a.4.png")
+
+    def test_a_failed_file_ends_the_run(self):
+        (self.folder / "out/a.05.png").mkdir(parents=True)
+        self.expect(5, "out/a.05.png: cannot write the image", "render", "scene.json", "-o", "out/a.##.png", "--frames", "0-11")
+        files = [p for p in (self.folder / "out").iterdir() if p.is_file()]
+        self.assertGreater(len(files), 4)
+        for file in files:
+            read_png(file)
+
+    def test_stopped_runs_leave_whole_frames_and_can_go_on(self):
+        self.write("long.json", {**SCENE, "size": [640, 360], "duration": 3000, "work_area": [0, 2999]})
+        for end in (signal.SIGINT, signal.SIGTERM, signal.SIGKILL):
+            out = self.folder / end.name
+            process = subprocess.Popen([*PROGRAM, "render", "long.json", "-o", f"{end.name}/a.####.png"], cwd=self.folder,
+                                       stderr=subprocess.PIPE, text=True)
+            while not out.exists() or len(list(out.iterdir())) < 3:
+                self.assertIsNone(process.poll(), "ended before it was stopped")
+                time.sleep(0.01)
+            process.send_signal(end)
+            told = process.communicate(timeout=60)[1]
+            files = sorted(p.name for p in out.iterdir())
+            self.assertLess(len(files), 3000)
+            for name in files:
+                self.assertRegex(name, r"^a\.\d{4}\.png$", "only frames are left")
+                self.assertTrue((out / name).read_bytes().endswith(b"IEND\xaeB`\x82"), "only whole frames are left")
+            if end == signal.SIGKILL:
+                continue
+            self.assertEqual(process.returncode, 128 + end)
+            self.assertIn(f"zam: interrupted with {len(files)} of 3000 frames written\nzam: hint: ", told)
+            last = int(files[-1][2:6])
+            run = self.expect(0, f"{len(files)} frames there already", "render", "long.json", "-o",
+                              f"{end.name}/a.####.png", "--frames", f"0-{last + 2}", "--skip-existing")
+            self.assertEqual(len(list(out.iterdir())), last + 3)
+            self.assertIn("frame ", run.stderr)
+
+    def test_log_for_machines(self):
+        def events(code, *arguments):
+            run = self.zam("render", *arguments, "--log", "json")
+            self.assertEqual(run.returncode, code)
+            return [json.loads(line) for line in run.stderr.splitlines()]
+
+        start, *frames, end = events(0, "scene.json", "-o", "a.#.png")
+        self.assertEqual((start["event"], start["frames"], start["scene"]), ("start", 2, "scene.json"))
+        self.assertEqual([(e["event"], e["frame"], e["file"], e["done"], e["total"]) for e in frames],
+                         [("frame", 3, "a.3.png", 1, 2), ("frame", 4, "a.4.png", 2, 2)])
+        self.assertEqual((end["event"], end["frames"], end["skipped"]), ("end", 2, 0))
+        self.assertEqual(set(end["stages"]), {"read_scene", "load_plugin", "render", "wait", "lay_over", "encode", "write"})
+        error, = events(3, "none.json", "-o", "a.#.png")
+        self.assertEqual((error["event"], error["exit_code"]), ("error", 3))
+        self.assertRegex(error["message"], "^none.json: ")
+        self.assertTrue(error["hint"] and not re.search("hint:|\n", error["message"]))
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])
