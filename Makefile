@@ -2,13 +2,14 @@
 JOBS ?= $(shell nproc)
 OUT ?= out
 
-.PHONY: help demo test test-arm64 bench sanitize format-check format setup-build setup-test release clean
+.PHONY: help demo test test-arm64 bench bench-road sanitize format-check format setup-build setup-test release clean
 
 help:
 	@echo "make demo          install what it needs, build, render two real scenes to $(OUT)/"
 	@echo "make test          install what it needs, build, run all tests"
-	@echo "make test-arm64    the same for 64-bit ARM: a cross compiler, the tests in an emulator; some ten minutes"
+	@echo "make test-arm64    the same for 64-bit ARM: a cross compiler, the tests in an emulator; takes a while"
 	@echo "make bench         measure the renderer against a plain scalar one, in one run"
+	@echo "make bench-road    measure the program from scene to files, stage by stage"
 	@echo "make sanitize      the same tests under the address and undefined-behaviour sanitizers"
 	@echo "make format-check  are all sources laid out as .clang-format says?"
 
@@ -40,6 +41,9 @@ bench: setup-build
 	cmake --preset release -DZAM_TESTS=OFF -DZAM_BENCH=ON
 	cmake --build --preset release -j $(JOBS)
 	build/release/bench/zam_bench $(BENCH)
+
+bench-road: BENCH ?= --filter road
+bench-road: bench
 
 format-check: setup-test
 	@git ls-files '*.h' '*.c' '*.cpp' '*.inc' | xargs clang-format --dry-run --Werror

@@ -29,6 +29,7 @@ int main(int argc, char** argv) {
     BenchSetups(options, &report);
     BenchMarching(options, &report);
     BenchLimits(options, &report);
+    BenchRoad(options, &report);
     PrintWanted(report);
     if (!options.json.empty() && !report.WriteJson(options.json, machine)) {
         std::fprintf(stderr, "zam_bench: cannot write '%s'\n", options.json.c_str());

@@ -12,6 +12,7 @@ void BenchOutside(const Options& options, Report* report);    // lights that are
 void BenchSetups(const Options& options, Report* report);     // from the command to the first row
 void BenchMarching(const Options& options, Report* report);   // what adding up steps would cost
 void BenchLimits(const Options& options, Report* report);     // what the machine could do
+void BenchRoad(const Options& options, Report* report);       // the program, from scene to files
 
 // Measured ratios beside those that are wanted.
 void PrintWanted(const Report& report);

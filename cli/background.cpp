@@ -18,6 +18,13 @@ void check_size(const std::string& file, const io::PngReader& plate, int width, 
         "give plates of the frame's size; --resolution and the scene's size decide that one");
 }
 
+// In the codes of the frame that it goes behind.
+host::Frame read_plate(const std::string& file, const host::Frame& frame) {
+    io::PngReader plate(file);
+    check_size(file, plate, frame.width, frame.height);  // it may have changed since check()
+    return plate.read(frame.depth);
+}
+
 }  // namespace
 
 Background::Background(const std::string& over) {
@@ -42,10 +49,12 @@ void Background::check(const std::vector<int>& frames, int width, int height) co
 void Background::put_behind(int number, host::Frame* frame) const {
     if (color_) io::lay_over(*color_, frame);
     if (!plates_) return;
-    const std::string file = plates_->file(number);
-    io::PngReader plate(file);
-    check_size(file, plate, frame->width, frame->height);  // it may have changed
-    io::lay_over(plate.read(frame->depth), frame);
+    if (plates_->varies()) return io::lay_over(read_plate(plates_->file(number), *frame), frame);
+    {
+        const std::lock_guard lock(mutex_);
+        if (!plate_) plate_ = read_plate(plates_->file(number), *frame);
+    }
+    io::lay_over(*plate_, frame);
 }
 
 }  // namespace zam::cli

@@ -1,5 +1,6 @@
 #pragma once
 // --over: what a light pass is laid over, to look at it.
+#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -24,6 +25,9 @@ class Background {
   private:
     std::optional<host::Color> color_;
     std::optional<NamePattern> plates_;
+    // The one plate of all frames, read when it is first needed.
+    mutable std::mutex mutex_;
+    mutable std::optional<host::Frame> plate_;
 };
 
 }  // namespace zam::cli

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstddef>
+#include <cstring>
 #include <vector>
 
 namespace zam::io {
@@ -93,9 +95,20 @@ void rgba16_row(const host::Frame& frame, int row, std::uint16_t* samples) {
         });
         return;
     }
-    each_sample(frame, row, [&](std::uint32_t code, std::size_t, std::size_t at) {
-        samples[at] = static_cast<std::uint16_t>((code * 65535 + kFull16 / 2) / kFull16);
-    });
+    // Loops that compilers turn into vector instructions: this is the kind of row that is written most.
+    const std::uint16_t* argb = codes_of(frame, row);
+    const std::size_t width = static_cast<std::size_t>(frame.width);
+    for (std::size_t x = 0; x < width; ++x) {
+        std::uint64_t pixel = 0;
+        std::memcpy(&pixel, argb + x * 4, sizeof pixel);
+        pixel = std::endian::native == std::endian::little ? std::rotr(pixel, 16) : std::rotl(pixel, 16);
+        std::memcpy(samples + x * 4, &pixel, sizeof pixel);
+    }
+    for (std::size_t i = 0; i < width * 4; ++i) {
+        const std::uint32_t code = std::min<std::uint32_t>(samples[i], kFull16);
+        samples[i] =
+            static_cast<std::uint16_t>(2 * code - (code > kFull16 / 2));  // code * 65535 / 32768, rounded
+    }
 }
 
 void premultiplied_row(const host::Frame& frame, int row, bool linear, float* samples) {
