@@ -43,18 +43,20 @@ std::vector<int> chosen_frames(const std::string& list, const host::Composition&
     return frames;
 }
 
+void check_names(const std::string& output, const Job& job) {
+    if (job.frames.size() <= 1 || job.names.varies()) return;
+    const std::filesystem::path file(output);
+    throw UsageError("-o " + output + ": several frames would all get this name\n" +
+                     "hint: put # where the frame's number goes, for example " +
+                     std::filesystem::path(file).replace_extension().string() + ".####" +
+                     file.extension().string());
+}
+
 void leave_out_existing(Job& job) {
     std::erase_if(job.frames, [&](int frame) {
         std::error_code code;
         return std::filesystem::is_regular_file(job.names.file(frame), code);
     });
-}
-
-void check_interrupt(const Job& job, int done) {
-    if (const int signal = caught_signal())
-        throw Interrupted(signal, "interrupted with " + std::to_string(done) + " of " +
-                                      std::to_string(job.frames.size()) + " frames written\n" +
-                                      "hint: the same command with --skip-existing goes on from here");
 }
 
 // Frames are rendered one after the other on this thread and its helpers, and go into files on others meanwhile.
@@ -71,24 +73,24 @@ void render_frames(const Job& job, host::Session& session, PluginAnswers& answer
     };
     FramePipeline pipeline(threads, into_file,
                            [&](int frame, const std::string& file) { progress.frame_done(frame, file); });
-    try {
-        for (const int frame : job.frames) {
-            check_interrupt(job, 0);
-            RenderedFrame rendered{frame, job.names.file(frame), {}};
-            rendered.image =
-                times.measure(StageTimes::render, [&] { return session.render(frame, job.settings); });
-            const host::Outcome& outcome = rendered.image.outcome;
-            if (!outcome.ok() || !outcome.message.empty()) progress.clear();
-            answers.check(outcome, "frame " + std::to_string(frame));
-            check_interrupt(job, 0);
-            times.measure(StageTimes::wait, [&] { pipeline.put(std::move(rendered)); });
-        }
-        times.measure(StageTimes::wait, [&] { pipeline.finish(); });
-    } catch (const Interrupted&) {
+    for (const int frame : job.frames) {
+        if (caught_signal()) break;
+        RenderedFrame rendered{frame, job.names.file(frame), {}};
+        rendered.image =
+            times.measure(StageTimes::render, [&] { return session.render(frame, job.settings); });
+        const host::Outcome& outcome = rendered.image.outcome;
+        if (!outcome.ok() || !outcome.message.empty()) progress.clear();
+        answers.check(outcome, "frame " + std::to_string(frame));
+        times.measure(StageTimes::wait, [&] { pipeline.put(std::move(rendered)); });
+    }
+    if (const int signal = caught_signal()) {
         pipeline.drop();
         progress.clear();
-        check_interrupt(job, progress.done());
+        throw Interrupted(signal, "interrupted with " + std::to_string(progress.done()) + " of " +
+                                      std::to_string(job.frames.size()) + " frames written\n" +
+                                      "hint: the same command with --skip-existing goes on from here");
     }
+    times.measure(StageTimes::wait, [&] { pipeline.finish(); });
 }
 
 void tell_start(const Job& job, const RenderOptions& options, std::size_t skipped) {
@@ -131,14 +133,11 @@ void render(const RenderOptions& options) {
     host::Composition& composition = scene.composition;
     job.frames = chosen_frames(options.frames, composition);
     const std::size_t asked = job.frames.size();
-    if (asked > 1 && !job.names.varies())
-        throw UsageError("-o " + options.output + ": several frames would all get this name\n" +
-                         "hint: put # where the frame's number goes, for example " +
-                         std::filesystem::path(options.output).replace_extension().string() + ".####" +
-                         std::filesystem::path(options.output).extension().string());
+    check_names(options.output, job);
     if (options.skip_existing) leave_out_existing(job);
 
-    const host::Plugin plugin(plugin_file(options.plugin));
+    const host::Plugin plugin =
+        times.measure(StageTimes::load_plugin, [&] { return host::Plugin(plugin_file(options.plugin)); });
     host::SessionOptions session_options;
     session_options.threads = options.threads;
     host::Session session(plugin, composition, session_options);
