@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "io/control_settings.h"
 #include "io/effect_layer.h"
 #include "io/keyframes.h"
 #include "io/layer_reader.h"
@@ -180,7 +181,8 @@ class CompositionReader {
         if (effect) {
             check_members(document_, *effect, "effect", {"layer", "controls"});
             layer = effect->find("layer");
-            if (const JsonValue* controls = effect->find("controls")) read_controls(*controls);
+            if (const JsonValue* controls = effect->find("controls"))
+                composition_.effect.controls = read_controls(document_, *controls, composition_.frame_rate.value());
         }
         if (!layer) {
             add_effect_layer(composition_);
@@ -192,39 +194,6 @@ class CompositionReader {
                                   "name a solid of the composition's size, or leave \"layer\" out: one "
                                   "is then made");
         composition_.effect.layer = carrier.id;
-    }
-
-    // Controls stand by their names, or in an object for their group.
-    void read_controls(const JsonValue& controls) {
-        if (!controls.is(Kind::object))
-            throw document_.error(
-                controls, std::string("effect controls are ") + controls.kind_name() + ", not an object",
-                R"(write {"Look": "Strong", "Spot Lights": {"Reach": 800}})");
-        for (const JsonValue& member : controls.children) {
-            if (!member.is(Kind::object) || is_animated(member)) {
-                add_control(member, member.name);
-                continue;
-            }
-            for (const JsonValue& inner : member.children) add_control(inner, member.name + "/" + inner.name);
-        }
-    }
-
-    void add_control(const JsonValue& value, const std::string& name) {
-        const std::string what = "control " + quote(name);
-        host::ControlSetting setting;
-        setting.control = name;
-        setting.where = SceneError::describe(document_.file, value.name_place);
-        setting.value = read_animated<host::ControlValue>(
-            document_, value, what, composition_.frame_rate.value(),
-            [&](const JsonValue& one) -> host::ControlValue {
-                if (one.is(Kind::number)) return read_number(document_, one, what, kAnyNumber);
-                if (one.is(Kind::boolean)) return one.truth;
-                if (one.is(Kind::string)) return one.text;
-                throw document_.error(one, what + " is " + one.kind_name(),
-                                      "a control takes a number, true or false, a choice or a layer's "
-                                      "name; or {\"keys\": [[frame, value], ...]}");
-            });
-        composition_.effect.controls.push_back(std::move(setting));
     }
 
     [[nodiscard]] std::string subject(std::size_t index) const {
