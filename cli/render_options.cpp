@@ -19,6 +19,7 @@ CLI::App* add_render_options(CLI::App& app, RenderOptions& options) {
         ->check(CLI::IsMember({"full", "half", "quarter"}));
     add("--set", options.settings, "CONTROL=VALUE", "'Look=Strong', 'Spot Lights/Reach=800'; may be repeated")
         ->allow_extra_args(false);
+    add("--preset", options.preset, "FILE", "Controls from a file, after the scene's and before --set");
     add("--plugin", options.plugin, "FILE", "Plug-in [Zam.so beside this program]");
     add("--threads", options.threads, "N",
         "Threads that render rows, and as many at most that encode [one per core it may use]")

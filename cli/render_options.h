@@ -11,7 +11,7 @@ namespace zam::cli {
 
 struct RenderOptions {
     SceneOptions scene;
-    std::string output, frames, plugin;
+    std::string output, frames, plugin, preset;
     int bits = 0;  // per channel; 0: what the format usually has
     std::string resolution = "full", color = "linear", log = "text";
     std::vector<std::string> settings;

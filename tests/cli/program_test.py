@@ -153,6 +153,38 @@ class Program(ProgramTest):
             self.write("flat.json", scene)
             self.expect(0, f"zam: warning: control \"Set Reach Layer\": {told}", "render", "flat.json", "-o", "out/b.#.png")
 
+    def test_preset_comes_between_scene_and_set(self):
+        def picture(*arguments):
+            self.rendered("-o", "out/a.png", "--frames", "6", *arguments)
+            return read_png(self.folder / "out/a.png")[3]
+
+        scene = picture()
+        self.write("look.json", {"note": "n", "controls": {"Look": "Strong", "Spot Lights": {"Reach": 7}}})
+        preset = picture("--preset", "look.json")
+        self.assertNotEqual(preset, scene)
+        self.assertEqual(preset, picture("--set", "Look=Strong", "--set", "Reach=7"))
+        self.assertEqual(scene, picture("--set", "Look=Natural", "--set", "Reach=60", "--preset", "look.json"))
+        self.write("wall.json", {"controls": {"Reach Comp Layer": True, "Set Reach Layer": "Wall"}})
+        self.assertEqual(picture("--preset", "wall.json"),
+                         picture("--set", "Reach Comp Layer=on", "--set", "Set Reach Layer=Wall"))
+
+    def test_bad_presets(self):
+        for text, message in [
+            ('{"controls":\n {"Lok": "Weak"}}', 'bad.json:2:3: no control is called "Lok"\nzam: hint: did you mean "Look"?'),
+            ('{"controls": {"Look": "Loud"}}', 'bad.json:1:15: control "Look": has no choice "Loud"'),
+            ('{"controls": {"Gamma": null}}', 'bad.json:1:24: control "Gamma" is null'),
+            ('{"controls": []}', "bad.json:1:14: effect controls are an array"),
+            ('{"control": {}}', 'bad.json:1:2: the preset: "control" is not known here\nzam: hint: did you mean "controls"?'),
+            ('{"note": "no more"}', 'bad.json:1:1: the preset has no "controls"'),
+            ("[]", "bad.json:1:1: the preset"),
+            ("", "bad.json"),
+        ]:
+            with self.subTest(text=text):
+                self.write("bad.json", text)
+                self.expect(3, message, "render", "scene.json", "-o", "out/a.#.png", "--preset", "bad.json")
+        self.expect(3, "none.json: cannot read the file", "render", "scene.json", "-o", "out/a.#.png", "--preset", "none.json")
+        self.assertFalse((self.folder / "out").exists())
+
     def test_controls_are_listed(self):
         table = self.expect(0, "", "controls").stdout
         self.assertRegex(table, r"(?m)^19 +#20 +Spot Lights/Set Reach Layer ")
