@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
+#include "cli/greying.h"
 #include "cli/plugin_answers.h"
 #include "host/runner/session.h"
 #include "io/effect_layer.h"
@@ -107,7 +108,27 @@ void print_table(const std::vector<Control>& controls) {
     }
 }
 
-void print_json(const std::vector<Control>& controls) {
+// As the user interface shows them: texts of choices, true and false.
+nlohmann::ordered_json shown_value(const Control& control, double value) {
+    if (control.type == PF_Param_CHECKBOX) return value != 0.0;
+    return control.choices.at(static_cast<std::size_t>(value) - 1);
+}
+
+nlohmann::ordered_json shown_greying(const std::vector<Control>& controls,
+                                     const std::vector<Greying>& reasons) {
+    nlohmann::ordered_json list = nlohmann::ordered_json::array();
+    for (const Greying& reason : reasons) {
+        const Control& control = controls[static_cast<std::size_t>(reason.control - 1)];
+        nlohmann::ordered_json values = nlohmann::ordered_json::array();
+        for (const double value : reason.values) values.push_back(shown_value(control, value));
+        list.push_back({{"control", path_of(control)}, {"values", values}});
+    }
+    return list;
+}
+
+void print_json(host::Session& session) {
+    const std::vector<Control>& controls = session.controls();
+    const std::map<int, std::vector<Greying>> greying = find_greying(session);
     nlohmann::ordered_json list = nlohmann::ordered_json::array();
     for (const Control& control : controls) {
         nlohmann::ordered_json entry = {{"index", control.index},      {"id", control.id},
@@ -123,6 +144,8 @@ void print_json(const std::vector<Control>& controls) {
         if (!control.label.empty()) entry["label"] = control.label;
         const bool has_value = control.type != PF_Param_GROUP_START && control.type != PF_Param_GROUP_END;
         if (has_value) entry["default"] = control.default_value;
+        if (const auto reasons = greying.find(control.index); reasons != greying.end())
+            entry["greyed_by"] = shown_greying(controls, reasons->second);
         list.push_back(std::move(entry));
     }
     std::puts(list.dump(2).c_str());
@@ -135,7 +158,7 @@ void print_controls(const Options& options) {
     host::Session session(plugin, composition, {});
     session.start();
     if (options.json)
-        print_json(session.controls());
+        print_json(session);
     else
         print_table(session.controls());
     session.stop();
@@ -148,7 +171,7 @@ Command add_controls(CLI::App& app) {
     CLI::App* parser = app.add_subcommand("controls", "List the plug-in's controls as it registers them");
     parser->add_option("--plugin", options->plugin, "Plug-in [Zam.so beside this program]")
         ->option_text("FILE");
-    parser->add_flag("--json", options->json, "For machines: everything that is registered");
+    parser->add_flag("--json", options->json, "For machines: everything that is registered, and what greys it");
     return {parser, [options] { print_controls(*options); }};
 }
 

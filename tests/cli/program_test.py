@@ -194,6 +194,13 @@ class Program(ProgramTest):
         look = next(e for e in entries if e["name"] == "Look")
         self.assertEqual((look["id"], look["group"], look["choices"][5], look["default"]),
                          (25, "General", "Adjustable Natural", 3))
+        greyed = {f"{e['group']}/{e['name']}": {(r["control"], *r["values"]) for r in e["greyed_by"]}
+                  for e in entries if "greyed_by" in e}
+        self.assertEqual(len(greyed), 16)
+        self.assertEqual(greyed["Point Lights/Radius"],
+                         {("Point Lights/Point Light Model", "Off", "Natural", "Source")})
+        self.assertEqual(greyed["Spot Lights/Set Reach Layer"],
+                         {("Spot Lights/Spot Light Model", "Off"), ("Spot Lights/Reach Comp Layer", False)})
 
     def test_gltf_scene(self):
         scene = ROOT / "examples/stage/stage.gltf"
