@@ -168,6 +168,19 @@ class Program(ProgramTest):
         self.assertEqual(picture("--preset", "wall.json"),
                          picture("--set", "Reach Comp Layer=on", "--set", "Set Reach Layer=Wall"))
 
+    def test_own_presets_set_every_look_control(self):
+        presets = sorted((ROOT / "presets").glob("*.json"))
+        self.assertGreaterEqual(len(presets), 12)
+        listed = json.loads(self.expect(0, "", "controls", "--json").stdout)
+        of_scenes = {"Reach Comp Layer", "Set Reach Layer", "Reach Both Sides", "Use Lights that are", "Name starts with"}
+        looks = {(e["group"], e["name"]) for e in listed if "default" in e and e["name"] not in of_scenes}
+        for preset in presets:
+            with self.subTest(preset=preset.name):
+                self.rendered("-o", "out/a.png", "--frames", "6", "--preset", preset)
+                controls = json.loads(preset.read_text())["controls"]
+                self.assertEqual(looks, {(group, name) for group in ("Point Lights", "Spot Lights") for name in controls[group]}
+                                 | {("General", name) for name in controls if name not in ("Point Lights", "Spot Lights")})
+
     def test_bad_presets(self):
         for text, message in [
             ('{"controls":\n {"Lok": "Weak"}}', 'bad.json:2:3: no control is called "Lok"\nzam: hint: did you mean "Look"?'),
