@@ -2,7 +2,8 @@
 JOBS ?= $(shell nproc)
 OUT ?= out
 
-.PHONY: help demo test test-arm64 bench bench-road sanitize format-check format setup-build setup-test release clean
+.PHONY: help demo test test-arm64 bench bench-road sanitize manual format-check format setup-build setup-test release \
+        clean
 
 help:
 	@echo "make demo          install what it needs, build, render two real scenes to $(OUT)/"
@@ -11,6 +12,7 @@ help:
 	@echo "make bench         measure the renderer against a plain scalar one, in one run"
 	@echo "make bench-road    measure the program from scene to files, stage by stage"
 	@echo "make sanitize      the same tests under the address and undefined-behaviour sanitizers"
+	@echo "make manual        weave the controls into docs/manual.md and docs/presets.md, and redraw their pictures"
 	@echo "make format-check  are all sources laid out as .clang-format says?"
 
 demo: setup-build release
@@ -44,6 +46,9 @@ bench: setup-build
 
 bench-road: BENCH ?= --filter road
 bench-road: bench
+
+manual: setup-test release
+	tools/manual.py build/release/zam
 
 format-check: setup-test
 	@git ls-files '*.h' '*.c' '*.cpp' '*.inc' | xargs clang-format --dry-run --Werror

@@ -20,7 +20,8 @@ def main():
     validator = jsonschema.Draft202012Validator(schema)
     failures = []
 
-    folders = ("examples/*/*.json", "tests/unit/io/*.json", "tests/golden/*.json", "tests/export/*.json")
+    folders = ("examples/*/*.json", "docs/manual/*.json", "tests/unit/io/*.json", "tests/golden/*.json",
+               "tests/export/*.json")
     scenes = [p for folder in folders for p in sorted(root.glob(folder))
               if p.name != "rejects.json"]
     for path in scenes:
