@@ -148,8 +148,10 @@ void render(const RenderOptions& options) {
     times.measure(StageTimes::load_plugin, [&] { session.start(); });
     PluginAnswers answers;
     const GivenControls given = apply_settings(session, composition, options.settings, answers);
+    std::vector<std::string> files{options.scene.file};
+    if (!options.preset.empty()) files.push_back(options.preset);
     job.metadata = {0, composition.frame_rate, composition.pixel_aspect, "zam " + program_version(),
-                    scene_digest(options.scene.file, composition, given, job.settings)};
+                    scene_digest(files, composition, given, job.settings)};
     const host::Layer* carrier =
         composition.find_layer(composition.effect.layer);  // the session vouches for it
     const host::Size size = host::downsampled(host::layer_size(composition, *carrier),

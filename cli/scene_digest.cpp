@@ -88,10 +88,10 @@ void add_layer(const host::Layer& layer, Digest& digest) {
 
 }  // namespace
 
-std::string scene_digest(const std::string& file, const host::Composition& composition,
+std::string scene_digest(const std::vector<std::string>& files, const host::Composition& composition,
                          const GivenControls& given, const host::RenderSettings& settings) {
     Digest digest;
-    add_file(file, digest);
+    for (const std::string& file : files) add_file(file, digest);
     digest.add(composition.width);
     digest.add(composition.height);
     digest.add(composition.frame_rate);

@@ -52,9 +52,11 @@ class Output(ProgramTest):
         self.assertEqual(digest, self.texts("--over", "#102030", scene="copy.json")["Scene Digest"])
         strong = self.texts("--set", "Look=Strong")["Scene Digest"]
         self.assertEqual(strong, self.texts("--set", "Look=Weak", "--set", "#25=4")["Scene Digest"])
-        self.write("other.json", json.dumps(SCENE).replace("0.5", "0.6"))
+        self.write("other.json", json.dumps(SCENE).replace("0.6", "0.7"))
         others = [self.texts(scene="other.json"), self.texts("--resolution", "half"), self.texts("--depth", "16")]
-        self.assertEqual(len({digest, strong, *(t["Scene Digest"] for t in others)}), 5)
+        self.write("preset.json", {"controls": {"Look": "Adjustable Linear"}})
+        others.append(self.texts("--preset", "preset.json"))
+        self.assertEqual(len({digest, strong, *(t["Scene Digest"] for t in others)}), 6)
 
     def test_dither_writes_8_bits_from_16(self):
         fine, plain, dithered = self.picture("--depth", "16"), self.picture(), self.picture("--dither")
