@@ -171,7 +171,8 @@ Command add_controls(CLI::App& app) {
     CLI::App* parser = app.add_subcommand("controls", "List the plug-in's controls as it registers them");
     parser->add_option("--plugin", options->plugin, "Plug-in [Zam.so beside this program]")
         ->option_text("FILE");
-    parser->add_flag("--json", options->json, "For machines: everything that is registered, and what greys it");
+    parser->add_flag("--json", options->json,
+                     "For machines: everything that is registered, and what greys it");
     return {parser, [options] { print_controls(*options); }};
 }
 
