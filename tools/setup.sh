@@ -6,7 +6,8 @@ set -eu
 build="build-essential cmake ninja-build libcli11-dev nlohmann-json3-dev libpng-dev libopenexr-dev libtiff-dev libisal-dev
     libxxhash-dev"
 test="libgtest-dev libgmock-dev python3 python3-jsonschema clang-format nodejs node-acorn"
-arm64="g++-aarch64-linux-gnu qemu-user libstdc++6:arm64 libpng-dev:arm64 libgtest-dev:arm64 libgmock-dev:arm64"
+arm64="g++-aarch64-linux-gnu qemu-user libstdc++6:arm64 libpng-dev:arm64 libtiff-dev:arm64
+    libopenexr-3-1-30:arm64 libgtest-dev:arm64 libgmock-dev:arm64"
 
 packages=""
 for set in "$@"; do

@@ -1,9 +1,9 @@
 // Written images, read back by the libraries' own readers.
-#include <OpenEXR/ImfArray.h>
-#include <OpenEXR/ImfChannelList.h>
-#include <OpenEXR/ImfRgbaFile.h>
-#include <OpenEXR/ImfStandardAttributes.h>
-#include <OpenEXR/ImfStringAttribute.h>
+#include <ImfArray.h>
+#include <ImfChannelList.h>
+#include <ImfRgbaFile.h>
+#include <ImfStandardAttributes.h>
+#include <ImfStringAttribute.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
