@@ -3,6 +3,7 @@
 #include <new>
 #include <vector>
 
+#include "cli/check.h"
 #include "cli/controls.h"
 #include "cli/exit_code.h"
 #include "cli/interrupt.h"
@@ -56,11 +57,12 @@ int fail(ExitCode code, const std::string& text) {
 }
 
 int main(int argc, char** argv) {
+    if (is_check_child(argc, argv)) return check_child(argv);
     CLI::App app("Renders the light of a composition's 3D lights, made visible by the plug-in.", "zam");
     app.set_version_flag("--version", version_text);
     app.footer(kExitCodes);
     app.allow_extras();
-    const std::vector<Command> commands = {add_render(app), add_controls(app)};
+    const std::vector<Command> commands = {add_render(app), add_controls(app), add_check(app)};
     for (const Command& command : commands) {
         command.parser->footer(kExitCodes);
         command.parser->allow_extras();

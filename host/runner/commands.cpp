@@ -93,7 +93,7 @@ void Session::State::prepare_worlds(const RenderSettings& settings) {
     const int width = data.extent_hint.right, height = data.extent_hint.bottom;
     const bool deep = settings.depth == Depth::bits16;
     try {
-        in.output.prepare(width, height, deep, data.pixel_aspect_ratio, kDirtyByte);
+        in.output.prepare(width, height, deep, data.pixel_aspect_ratio, in.options.output_byte);
         if (in.input.width() != width || in.input.height() != height || in.input.deep() != deep) {
             in.input.prepare(width, height, deep, data.pixel_aspect_ratio, kInputByte);
         }

@@ -106,7 +106,9 @@ void report_oddities(const Control& control, const PF_ParamDef& definition,
     if (strnlen(definition.name, sizeof definition.name) == sizeof definition.name) {
         ledger.report(who + "name without a terminator");
     }
-    if (std::any_of(others.begin(), others.end(), [&](const Control& c) { return c.id == control.id; })) {
+    // 0 is no id: such a control is known by its place.
+    if (control.id != 0 &&
+        std::any_of(others.begin(), others.end(), [&](const Control& c) { return c.id == control.id; })) {
         ledger.report(who + "persistent id " + std::to_string(control.id) + " is used twice");
     }
     if (control.type == PF_Param_POPUP &&

@@ -7,8 +7,6 @@
 namespace zam::host {
 namespace {
 
-constexpr const char* kEntryPoint = "EntryPointFunc";
-
 std::string last_loader_error() {
     const char* text = dlerror();
     return text ? text : "no reason given";
@@ -16,7 +14,7 @@ std::string last_loader_error() {
 
 }  // namespace
 
-Plugin::Plugin(const std::string& path) : path_(path) {
+Plugin::Plugin(const std::string& path, const std::string& entry_point) : path_(path) {
     std::error_code error;
     if (!std::filesystem::exists(path, error)) {
         throw PluginError(path +
@@ -26,10 +24,10 @@ Plugin::Plugin(const std::string& path) : path_(path) {
     const std::string place = path.find('/') == std::string::npos ? "./" + path : path;
     library_ = dlopen(place.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!library_) throw PluginError(path + ": not a loadable library: " + last_loader_error());
-    entry_ = reinterpret_cast<PF_EntryPointFunc>(dlsym(library_, kEntryPoint));
+    entry_ = reinterpret_cast<PF_EntryPointFunc>(dlsym(library_, entry_point.c_str()));
     if (!entry_) {
         dlclose(library_);
-        throw PluginError(path + ": not an effect: the library exports no " + kEntryPoint);
+        throw PluginError(path + ": not an effect: the library exports no " + entry_point);
     }
 }
 

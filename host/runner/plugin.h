@@ -16,7 +16,8 @@ struct PluginError : std::runtime_error {
 // Owns the loaded file: every session made with it must be gone before it is.
 class Plugin {
   public:
-    explicit Plugin(const std::string& path);  // throws PluginError
+    // Throws PluginError. The entry point's name is the one that the plug-in's property resource gives.
+    explicit Plugin(const std::string& path, const std::string& entry_point = "EntryPointFunc");
     ~Plugin();
     Plugin(const Plugin&) = delete;
     Plugin& operator=(const Plugin&) = delete;

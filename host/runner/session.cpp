@@ -254,6 +254,7 @@ void Session::restore_sequence(std::vector<std::uint8_t> bytes) {
 const PF_OutData& Session::out_data() const { return state_->out; }
 const std::vector<std::string>& Session::calls() const { return state_->in.log.names(); }
 const std::vector<std::string>& Session::reports() const { return state_->reports; }
+const std::vector<std::string>& Session::missed() const { return state_->in.ledger.missed(); }
 void Session::set_faults(FaultPlan faults) { state_->in.set_faults(std::move(faults)); }
 
 }  // namespace zam::host

@@ -57,12 +57,15 @@ struct Frame {
     Outcome outcome;
 };
 
+constexpr std::uint8_t kDirtyByte = 0xA5;  // in 16 bits per channel above full scale
+
 struct SessionOptions {
     int threads = 0;  // 0: one per core this process may use
     PF_SpecVersion api_version{13, 29};
     bool handle_callbacks = true;                // false: the four host_*_handle callbacks are null
     bool basic_suite = true;                     // false: pica_basicP is null
     bool move_unlocked_handles = false;          // blocks move whenever their last lock goes
+    std::uint8_t output_byte = kDirtyByte;       // that output pixels start as
     LightType new_light_type = LightType::spot;  // of the lights that the effect creates
     // Has the last word on what a command is given, for tests of values that no composition leads to.
     std::function<void(PF_InData&)> amend_in_data{};
@@ -126,6 +129,8 @@ class Session {
     [[nodiscard]] const std::vector<std::string>& calls() const;
     // What all commands so far kept or misused, in order.
     [[nodiscard]] const std::vector<std::string>& reports() const;
+    // What the effect asked for and this host does not have: suites and calls, each once.
+    [[nodiscard]] const std::vector<std::string>& missed() const;
     void set_faults(FaultPlan faults);  // counts calls from now on
 
   private:

@@ -44,7 +44,6 @@ class World {
     std::uint8_t* first_row_ = nullptr;
 };
 
-constexpr std::uint8_t kDirtyByte = 0xA5;  // in 16 bits per channel above full scale
 constexpr std::uint8_t kInputByte = 0x40;
 
 }  // namespace zam::host

@@ -51,6 +51,8 @@ SPErr acquire_suite(const char* name, int32 version, const void** suite) {
             table = entry.table;
             return;
         }
+        in.ledger.missing("suite \"" + std::string(name, strnlen(name, 100)) + "\" " +
+                          std::to_string(version));
         throw Refusal{A_Err_MISSING_SUITE};
     });
 }

@@ -89,7 +89,10 @@ template <CallName Name>
 struct Unserved {
     template <class... A>
     static A_Err call(A...) {
-        return serve(std::string_view(Name.text), [](Instance&) { throw Refusal{PF_Err_INVALID_CALLBACK}; });
+        return serve(std::string_view(Name.text), [](Instance& in) {
+            in.ledger.missing(std::string(function_name(Name.text)));
+            throw Refusal{PF_Err_INVALID_CALLBACK};
+        });
     }
     template <class... A>
     using Function = A_Err (*)(A...);

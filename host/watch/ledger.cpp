@@ -59,6 +59,11 @@ Ledger::Suite* Ledger::find_suite(std::string_view name, int version) {
     return found == suites_.end() ? nullptr : &*found;
 }
 
+void Ledger::missing(std::string what) {
+    if (missed_.size() < kMostReports && std::find(missed_.begin(), missed_.end(), what) == missed_.end())
+        missed_.push_back(std::move(what));
+}
+
 void Ledger::suite_acquired(std::string_view name, int version) {
     Suite* suite = find_suite(name, version);
     if (!suite) suite = &suites_.emplace_back(Suite{name, version});

@@ -35,6 +35,10 @@ class Ledger {
     void report(std::string text);
     [[nodiscard]] std::string_view command() const { return command_; }
 
+    // What the effect asked for and this host does not have, each once: its later errors may come of that.
+    void missing(std::string what);
+    [[nodiscard]] const std::vector<std::string>& missed() const { return missed_; }
+
     void suite_acquired(std::string_view name, int version);  // the name must live as long as the program
     [[nodiscard]] bool suite_released(std::string_view name, int version);  // false: it was not held
 
@@ -57,7 +61,7 @@ class Ledger {
     [[nodiscard]] Suite* find_suite(std::string_view name, int version);
 
     std::string command_;
-    std::vector<std::string> reports_;
+    std::vector<std::string> reports_, missed_;
     std::vector<Suite> suites_;  // those ever acquired
     std::vector<Lent> lent_;
 };
