@@ -70,10 +70,13 @@ void drive(const CheckPlan& plan, const StaticResult& known, Report& report) {
         child = run_child(command, plan.limit);
     }
     const JournalEnd end = read_journal(journal, report);
+    if (child.how == ChildEnd::How::exited && end.stage.empty())
+        child = {ChildEnd::How::not_started, 0, "it ended with code " + std::to_string(child.code)};
+    if (child.how == ChildEnd::How::not_started)
+        return skip_from(Check::loads, "its process could not be started: " + child.what, report);
     const std::string where = end.stage.empty() ? " before it was loaded" : " in " + end.stage;
     switch (child.how) {
         case ChildEnd::How::not_started:
-            report.skip(Check::survives, "its process could not be started: " + child.what);
             break;
         case ChildEnd::How::crashed:
             report.fail(Check::survives, child.what + where);

@@ -13,6 +13,7 @@ namespace {
 
 constexpr int kThreads = 4;
 constexpr int kThreadedRounds = 3;  // a race does not show every time
+constexpr std::chrono::microseconds kRowPause{50};
 constexpr std::uint8_t kOtherByte = 0x3C;
 
 // Which check a report of the host's watch belongs to, by what it says.
@@ -137,7 +138,8 @@ class Life {
                 journal_.skip(check,
                               text + ", but it had asked for what this host does not have: " + missing);
         };
-        const std::string message = outcome.message.empty() ? "" : ", message \"" + outcome.message + "\"";
+        const std::string message =
+            outcome.message.empty() ? "" : ", message \"" + outcome.message.substr(0, 80) + "\"";
         if (outcome.thrown)
             blame(Check::exceptions, what + " threw the int " + std::to_string(*outcome.thrown));
         if (outcome.error)
@@ -225,7 +227,8 @@ class Driver {
     }
 
     void render_threaded() {
-        Life life(plugin_, journal_, " with rows on 4 threads", {.threads = kThreads});
+        Life life(plugin_, journal_, " with rows on 4 threads",
+                  {.threads = kThreads, .row_pause = kRowPause});
         if (!life.start()) return;
         for (const Frame& single : frames_)
             for (int round = 0; round < kThreadedRounds; ++round) {

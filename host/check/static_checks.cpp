@@ -200,8 +200,8 @@ class Checker {
                 report_.skip(Check::entry, "its section table is gone; loading it will tell");
             else if (std::find(names.begin(), names.end(), result_.entry) == names.end())
                 report_.fail(Check::entry, "the code for " + slice.processor + " exports no " +
-                                               printable(result_.entry) + "; it exports " +
-                                               std::to_string(names.size()) + " other names");
+                                               printable(result_.entry) + " among its " +
+                                               std::to_string(names.size()) + " names");
             else
                 report_.pass(Check::entry);
         }

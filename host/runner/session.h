@@ -12,6 +12,7 @@
 // A session is used from one thread at a time; several sessions may work at once, on one plug-in or on
 // several. Rows are iterated on `threads` threads, frames are rendered on a thread of their own, everything
 // else runs on the caller's. Nothing of the effect's own headers is known here.
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -62,10 +63,11 @@ constexpr std::uint8_t kDirtyByte = 0xA5;  // in 16 bits per channel above full 
 struct SessionOptions {
     int threads = 0;  // 0: one per core this process may use
     PF_SpecVersion api_version{13, 29};
-    bool handle_callbacks = true;                // false: the four host_*_handle callbacks are null
-    bool basic_suite = true;                     // false: pica_basicP is null
-    bool move_unlocked_handles = false;          // blocks move whenever their last lock goes
-    std::uint8_t output_byte = kDirtyByte;       // that output pixels start as
+    bool handle_callbacks = true;            // false: the four host_*_handle callbacks are null
+    bool basic_suite = true;                 // false: pica_basicP is null
+    bool move_unlocked_handles = false;      // blocks move whenever their last lock goes
+    std::chrono::microseconds row_pause{0};  // before each row, so that even quick rows meet several threads
+    std::uint8_t output_byte = kDirtyByte;   // that output pixels start as
     LightType new_light_type = LightType::spot;  // of the lights that the effect creates
     // Has the last word on what a command is given, for tests of values that no composition leads to.
     std::function<void(PF_InData&)> amend_in_data{};
