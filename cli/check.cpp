@@ -45,13 +45,17 @@ void for_checks(Visit&& visit) {
 void print_text(const std::string& file, const host::Report& report) {
     std::printf("%s%s\n", file.c_str(), report.kind.empty() ? "" : (": " + report.kind).c_str());
     int counts[3] = {};
+    std::string told;  // one reason stands for all that follow and have the same
     for_checks([&](Check check) {
         const Finding& finding = report[check];
         const host::CheckText& text = host::text_of(check);
         ++counts[static_cast<int>(finding.verdict)];
         std::printf("%-11s  %-14s  %s\n", word_for(finding.verdict), std::string(text.name).c_str(),
                     std::string(text.sentence).c_str());
-        for (const std::string& detail : finding.details) std::printf("%29s%s\n", "", detail.c_str());
+        for (const std::string& detail : finding.details) {
+            if (detail != told) std::printf("%29s%s\n", "", detail.c_str());
+            told = detail;
+        }
     });
     std::printf("%d passed, %d failed, %d not checked\n", counts[1], counts[2], counts[0]);
 }
