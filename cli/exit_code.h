@@ -9,7 +9,7 @@ enum class ExitCode {
     internal = 1,      // not the user's fault: out of memory, a fault of the program
     usage = 2,         // the command line
     bad_input = 3,     // the scene, the preset, or a plate
-    plugin = 4,        // the plug-in cannot be loaded, or answers with an error
+    plugin = 4,        // the plug-in cannot be loaded, answers with an error or fails a check
     cannot_write = 5,  // the images
     signal = 128,      // plus the number of the signal that ended the work
 };
@@ -20,7 +20,7 @@ inline constexpr const char* kExitCodes =
     "  1  internal error, or not enough memory\n"
     "  2  wrong usage of the command line\n"
     "  3  the scene, the preset or a plate cannot be read or used\n"
-    "  4  the plug-in cannot be loaded, or reports an error\n"
+    "  4  the plug-in cannot be loaded, reports an error or fails a check\n"
     "  5  an image cannot be written\n"
     "  128 + N  ended by signal N: 130 by Ctrl-C, 143 by kill\n";
 
