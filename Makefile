@@ -2,13 +2,14 @@
 JOBS ?= $(shell nproc)
 OUT ?= out
 
-.PHONY: help demo test test-arm64 bench bench-road sanitize manual format-check format setup-build setup-test release \
+.PHONY: help demo test test-arm64 macos-linux bench bench-road sanitize manual format-check format setup-build setup-test release \
         clean
 
 help:
 	@echo "make demo          install what it needs, build, render two real scenes to $(OUT)/"
 	@echo "make test          install what it needs, build, run all tests"
 	@echo "make test-arm64    the same for 64-bit ARM: a cross compiler, the tests in an emulator; takes a while"
+	@echo "make macos-linux   build the macOS bundle, unsigned, with a compiler from npm, and check its structure"
 	@echo "make bench         measure the renderer against a plain scalar one, in one run"
 	@echo "make bench-road    measure the program from scene to files, stage by stage"
 	@echo "make sanitize      the same tests under the address and undefined-behaviour sanitizers"
@@ -23,6 +24,13 @@ test: setup-test
 	cmake --build --preset $(PRESET) -j $(JOBS)
 	ctest --preset $(PRESET) -j $(JOBS)
 test: PRESET ?= release
+
+macos-linux: setup-build release
+	@tools/setup.sh macos
+	@tools/macos/setup.sh
+	cmake --preset macos-linux
+	cmake --build --preset macos-linux -j $(JOBS)
+	tools/macos/check_bundle.py build/macos-linux/Zam.plugin effect/exports.map build/release/zam
 
 test-arm64:
 	@tools/setup.sh build test arm64

@@ -1,12 +1,16 @@
 # The targets of the row renderer besides the scalar one, which is always in: rows_<target>.cpp and its flags.
 
-if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64")
-    set(ZAM_ALL_ROW_TARGETS avx2 avx512)
-elseif(CMAKE_SYSTEM_PROCESSOR MATCHES "aarch64|arm64|ARM64")
-    set(ZAM_ALL_ROW_TARGETS neon)
-else()
-    set(ZAM_ALL_ROW_TARGETS "")
-endif()
+# zam_row_targets(PROCESSOR VARIABLE)
+function(zam_row_targets processor variable)
+    if(processor MATCHES "x86_64|AMD64")
+        set(${variable} avx2 avx512 PARENT_SCOPE)
+    elseif(processor MATCHES "aarch64|arm64|ARM64")
+        set(${variable} neon PARENT_SCOPE)
+    else()
+        set(${variable} "" PARENT_SCOPE)
+    endif()
+endfunction()
+zam_row_targets("${CMAKE_SYSTEM_PROCESSOR}" ZAM_ALL_ROW_TARGETS)
 set(ZAM_ROW_TARGETS "${ZAM_ALL_ROW_TARGETS}" CACHE STRING "Row targets to compile in besides scalar, the widest last")
 
 foreach(target ${ZAM_ROW_TARGETS})
@@ -18,5 +22,6 @@ endforeach()
 
 set(ZAM_FLAGS_avx2 -mavx2 -mfma)
 # GCC 12 takes the undefined operands inside its own intrinsics for uninitialised variables.
-set(ZAM_FLAGS_avx512 -mavx2 -mfma -mavx512f -mavx512dq -mavx512vl -Wno-uninitialized -Wno-maybe-uninitialized)
+set(ZAM_FLAGS_avx512 -mavx2 -mfma -mavx512f -mavx512dq -mavx512vl -Wno-uninitialized
+                     $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 set(ZAM_FLAGS_neon "")  # what every arm64 processor has
