@@ -2,13 +2,14 @@
 JOBS ?= $(shell nproc)
 OUT ?= out
 
-.PHONY: help demo test test-arm64 macos-linux bench bench-road sanitize manual format-check format setup-build setup-test release \
-        clean
+.PHONY: help demo test test-arm64 test-farm macos-linux bench bench-road sanitize manual format-check format \
+        setup-build setup-test setup-farm release clean
 
 help:
 	@echo "make demo          install what it needs, build, render two real scenes to $(OUT)/"
 	@echo "make test          install what it needs, build, run all tests"
 	@echo "make test-arm64    the same for 64-bit ARM: a cross compiler, the tests in an emulator; takes a while"
+	@echo "make test-farm     the examples for farms, on a Slurm of its own on this machine; a minute, and the build"
 	@echo "make macos-linux   build the macOS bundle, unsigned, with a compiler from npm, and check its structure"
 	@echo "make bench         measure the renderer against a plain scalar one, in one run"
 	@echo "make bench-road    measure the program from scene to files, stage by stage"
@@ -37,6 +38,9 @@ test-arm64:
 	cmake --preset arm64
 	cmake --build --preset arm64 -j $(JOBS)
 	ctest --preset arm64 -j $(JOBS)
+
+test-farm: setup-farm release
+	tests/farm/farm_test.py build/release/zam
 
 sanitize: setup-test
 	cmake --preset asan
@@ -68,6 +72,8 @@ setup-build:
 	@tools/setup.sh build
 setup-test:
 	@tools/setup.sh build test
+setup-farm:
+	@tools/setup.sh build farm
 
 clean:
 	rm -rf build $(OUT)

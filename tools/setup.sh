@@ -1,6 +1,5 @@
 #!/bin/sh
-# setup.sh build [test] [arm64] [macos]: installs the Debian packages that building, testing, doing so for 64-bit ARM, and
-# building the macOS bundle here, need. Does nothing when all are there.
+# setup.sh SET...: installs the Debian packages that a set of tasks needs. Does nothing when all are there.
 set -eu
 
 build="build-essential cmake ninja-build libcli11-dev nlohmann-json3-dev libpng-dev libopenexr-dev libtiff-dev libisal-dev
@@ -10,15 +9,15 @@ arm64="g++-aarch64-linux-gnu qemu-user libstdc++6:arm64 libpng-dev:arm64 libtiff
     libopenexr-3-1-30:arm64 libgtest-dev:arm64 libgmock-dev:arm64"
 macos="lld-14 llvm-14 python3"
 command -v npm >/dev/null || macos="$macos npm"
+farm="slurmctld slurmd slurm-client munge python3 python3-yaml python3-jsonschema"
+
+sets="build test arm64 macos farm"
 
 packages=""
 for set in "$@"; do
-    case $set in
-        build) packages="$packages $build" ;;
-        test) packages="$packages $test" ;;
-        arm64) packages="$packages $arm64" ;;
-        macos) packages="$packages $macos" ;;
-        *) echo "setup.sh: unknown set '$set'; there are: build test arm64 macos" >&2; exit 2 ;;
+    case " $sets " in
+        *" $set "*) eval "packages=\"\$packages \$$set\"" ;;
+        *) echo "setup.sh: unknown set '$set'; there are: $sets" >&2; exit 2 ;;
     esac
 done
 
