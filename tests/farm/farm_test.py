@@ -92,7 +92,10 @@ class Farm(unittest.TestCase):
         (process,) = wait_for(f"task {name} to run", zam_process, 0.01)
         command = pathlib.Path(f"/proc/{process}/cmdline").read_text().split("\0")
         self.assertEqual(command[command.index("--threads") + 1], "4", "the processors that Slurm grants")
-        done = wait_for(f"task {name} to write", in_the_act, 0)
+        try:
+            done = wait_for(f"task {name} to write", in_the_act, 0)
+        except (ProcessLookupError, FileNotFoundError):
+            self.fail(f"task {name} ended before it was stopped as it writes:\n{SLURM.task_log(name)}")
         self.assertLess(done, len(frame_range(task)))
         say(f"task {name}: zam, process {process}, stopped as it writes a file, with {done} frames there")
         return process
