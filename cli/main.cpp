@@ -5,6 +5,7 @@
 
 #include "cli/controls.h"
 #include "cli/exit_code.h"
+#include "cli/info.h"
 #include "cli/interrupt.h"
 #include "cli/messages.h"
 #include "cli/render.h"
@@ -60,7 +61,8 @@ int main(int argc, char** argv) {
     app.set_version_flag("--version", version_text);
     app.footer(kExitCodes);
     app.allow_extras();
-    const std::vector<Command> commands = {add_render(app), add_controls(app)};
+    const std::vector<Command> commands = {add_render(app), add_info(app), add_validate(app),
+                                           add_controls(app)};
     for (const Command& command : commands) {
         command.parser->footer(kExitCodes);
         command.parser->allow_extras();
@@ -75,6 +77,8 @@ int main(int argc, char** argv) {
     try {
         run(app, commands);
         return static_cast<int>(ExitCode::ok);
+    } catch (const Told& told) {
+        return static_cast<int>(told.code);
     } catch (const UsageError& error) {
         return fail(ExitCode::usage, error.what());
     } catch (const io::SceneError& error) {
