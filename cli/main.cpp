@@ -9,6 +9,7 @@
 #include "cli/interrupt.h"
 #include "cli/messages.h"
 #include "cli/render.h"
+#include "cli/validate.h"
 #include "cli/version.h"
 #include "host/runner/session.h"
 #include "io/scene_error.h"

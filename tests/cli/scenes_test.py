@@ -64,6 +64,17 @@ class Scenes(ProgramTest):
         for frame in "12", "-1", "x":
             self.expect(2, "the scene has the frames 0-11", "info", "scene.json", f"--frame={frame}")
 
+    def test_validate(self):
+        self.write("bad.json", '{"layers": [\n  {"kind": "light", "cone_angle": 190}]}')
+        self.write("control.json", '{"layers": [],\n "effect": {"controls": {"Lok": "Weak"}}}')
+        run = self.expect(0, "", "validate", "scene.json", STAGE)
+        self.assertEqual(run.stdout, f"scene.json: ok\n{STAGE}: ok\n")
+        run = self.zam("validate", "bad.json", "scene.json", "control.json", "none.json")
+        self.assertEqual((run.returncode, run.stdout), (3, "scene.json: ok\n"))
+        self.assertRegex(run.stderr, r"(?s)zam: bad.json:2:35: .*zam: control.json:2:26: .*did you mean \"Look\"\?\n"
+                                     r"zam: none.json: cannot read")
+        self.expect(2, "no scene is given", "validate")
+
 
 if __name__ == "__main__":
     unittest.main(argv=sys.argv[:1])
