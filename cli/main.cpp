@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "cli/controls.h"
+#include "cli/convert.h"
 #include "cli/exit_code.h"
 #include "cli/info.h"
 #include "cli/interrupt.h"
@@ -63,7 +64,7 @@ int main(int argc, char** argv) {
     app.footer(kExitCodes);
     app.allow_extras();
     const std::vector<Command> commands = {add_render(app), add_info(app), add_validate(app),
-                                           add_controls(app)};
+                                           add_convert(app), add_controls(app)};
     for (const Command& command : commands) {
         command.parser->footer(kExitCodes);
         command.parser->allow_extras();

@@ -75,6 +75,57 @@ class Scenes(ProgramTest):
                                      r"zam: none.json: cannot read")
         self.expect(2, "no scene is given", "validate")
 
+    def test_convert_keeps_every_frame(self):
+        moving = {
+            "size": [32, 20], "frame_rate": 23.976, "pixel_aspect": [10, 11], "duration": 9, "work_area": [0, 8],
+            "layers": [
+                {"kind": "solid", "name": "Twin", "id": 7, "position": [16, 10, 5], "size": [9, 8]},
+                {"kind": "null", "name": "Twin", "id": 3, "scale": [50, 80, 100],
+                 "position": {"keys": [[0, [4, 4, 0], "ease"], [3.5, [9, 2, 0], {"ease_in": [7.3, 41], "ease_out": "hold"}],
+                                       [6, [1, 8, 2], {"ease_out": [-3, 70]}], [8, [16, 10, 0]]]}},
+                {"kind": "light", "name": "A", "parent": 3, "orientation": [0, 70, 0], "in": 1.5, "stretch": 70,
+                 "intensity": {"keys": [[0, 9, "ease"], [4, 3, {"ease_in": [1.1, 20], "ease_out": [3.7, 66.6]}], [8, 12]]},
+                 "color": {"samples": [[1, 0.5, 0.1], "#204060", [0, 1, 0.3]], "from": 2.25}},
+                {"kind": "light", "name": "B", "intensity": 7, "world_matrix": {"keys": [
+                    [0, [0, 0, 1, 0, 1, 0, -1, 0, 0.1, 30, 10, 0]], [8, [0, 0, 2, 0, 1, 0, -1, 0.2, 0, 20, 5, 3], "hold"]]}},
+                {"kind": "light", "type": "point", "name": "C", "solo": True, "video": False},
+            ],
+            "effect": {"controls": {"#13": 3, "Spot Lights": {"Reach": {"keys": [[0, 9, "ease"], [8, 60, "ease"]]}},
+                                    "Spot Lights/Start Distance": 0.1, "Look": {"keys": [[0, "Linear"], [4, "Strong"]]},
+                                    "Use Lights that are": "On or Off", "Set Reach Layer": 7}},
+        }
+        self.write("moving.json", moving)
+        others = [ROOT / "tests/unit/io/every_key.json", *sorted((ROOT / "tests/golden").glob("*.json"))]
+        self.assertGreater(len(others), 4)
+        every = ["--frames", "0-8"]
+        for scene, options, render in (("moving.json", [], every), ("scene.json", [], []), ("lights.json", [], []),
+                                       (STAGE, ["--size", "64x36", "--fps", "12.5"], ["--frames", "0-24x4"]),
+                                       (ROOT / "examples/three-beams/three-beams.json", [], ["--frames", "40", "--resolution", "quarter"]),
+                                       *((path, [], ["--resolution", "half"]) for path in others)):
+            with self.subTest(scene=scene):
+                self.expect(0, "", "convert", scene, "-o", "copy/one.json", *options)
+                self.assertEqual(self.pictures(scene, *options, *render), self.pictures("copy/one.json", *render))
+                self.expect(0, "", "convert", "copy/one.json", "-o", "two.json")
+                self.assertEqual((self.folder / "copy/one.json").read_text(), (self.folder / "two.json").read_text())
+        self.expect(0, "", "convert", "moving.json", "-o", "one.json")
+        one = json.loads((self.folder / "one.json").read_text())
+        self.assertEqual(one["layers"][1]["position"]["keys"][0][:2], [0, [4, 4, 0]], "keys stay keys")
+        self.assertEqual(one["layers"][2]["color"]["from"], 2.25, "samples stay samples")
+        self.assertNotIn("layer", one["effect"], "the effect's own layer is made again")
+
+    def test_convert_refuses(self):
+        before = (self.folder / "scene.json").read_text()
+        self.expect(2, "that is the scene itself", "convert", "scene.json", "-o", "./scene.json")
+        self.expect(2, "only JSON compositions are written", "convert", STAGE, "-o", "stage.gltf")
+        self.expect(2, "no output is given", "convert", "scene.json")
+        self.write("none.json", "{}")
+        self.expect(3, "has no \"layers\"", "convert", "none.json", "-o", "scene.json")
+        self.assertEqual((self.folder / "scene.json").read_text(), before)
+        self.expect(3, "cannot hold: scene.json:", "convert", STAGE, "-o", "scene.json", "--light-scale", "1e-7")
+        self.assertEqual((self.folder / "scene.json").read_text(), before)
+        (self.folder / "taken.json").mkdir()
+        self.expect(5, "taken.json: cannot write the file", "convert", "scene.json", "-o", "taken.json")
+
 
 if __name__ == "__main__":
     unittest.main(argv=sys.argv[:1])
