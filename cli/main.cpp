@@ -6,6 +6,7 @@
 #include "cli/controls.h"
 #include "cli/convert.h"
 #include "cli/exit_code.h"
+#include "cli/explain.h"
 #include "cli/info.h"
 #include "cli/interrupt.h"
 #include "cli/messages.h"
@@ -63,8 +64,8 @@ int main(int argc, char** argv) {
     app.set_version_flag("--version", version_text);
     app.footer(kExitCodes);
     app.allow_extras();
-    const std::vector<Command> commands = {add_render(app), add_info(app), add_validate(app),
-                                           add_convert(app), add_controls(app)};
+    const std::vector<Command> commands = {add_render(app),  add_info(app),    add_validate(app),
+                                           add_convert(app), add_explain(app), add_controls(app)};
     for (const Command& command : commands) {
         command.parser->footer(kExitCodes);
         command.parser->allow_extras();

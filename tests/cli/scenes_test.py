@@ -126,6 +126,43 @@ class Scenes(ProgramTest):
         (self.folder / "taken.json").mkdir()
         self.expect(5, "taken.json: cannot write the file", "convert", "scene.json", "-o", "taken.json")
 
+    def test_explain(self):
+        def alphas(x, y, *hidden, look="Linear"):
+            scene = json.loads(json.dumps(LIGHTS))
+            scene["effect"]["controls"]["Look"] = look
+            for layer in scene["layers"]:
+                if layer["name"] in hidden:
+                    layer["intensity"] = 0
+            self.write("alone.json", scene)
+            return self.pictures("alone.json", "--frames", "2")[0][4 * (y * 32 + x):][:4]
+
+        shining = [layer["name"] for layer in LIGHTS["layers"][2:6]]
+        for look in "Linear", "Natural":
+            told = self.told("explain", "lights.json", "--pixel", "15,10", "--frame", "2", "--set", f"Look={look}")
+            self.assertEqual([light["name"] for light in told["lights"]], shining)
+            seen = alphas(15, 10, look=look)
+            for part, sample in zip([*told["color"], told["alpha"]], seen):
+                self.assertAlmostEqual(part, sample / 65535, delta=1e-4)
+            for light in told["lights"]:
+                others = set(shining) - {light["name"]}
+                *color, alpha = alphas(15, 10, *others, look=look)
+                self.assertAlmostEqual(light["alpha"], alpha / 65535, delta=1e-4)
+                for part, sample in zip(light["color"], color):
+                    self.assertAlmostEqual(part, sample / 65535, delta=1e-4)
+            # In the look Linear they are the sum.
+            self.assertAlmostEqual(sum(light["light"] for light in told["lights"]), alphas(15, 10)[3] / 65535, delta=3e-4)
+            warm, cold, thief, beam = (light["share"] for light in told["lights"])
+            self.assertAlmostEqual(warm + cold, 1)
+            self.assertTrue(warm > cold > -thief > 0 == beam)
+        text = self.expect(0, "", "explain", "lights.json", "--pixel", "15,10", "--frame", "2").stdout
+        self.assertRegex(text, r'(?s)^Frame 2, pixel 15,10: #\w{6} at .*3 of the 4 lights.*"Front warm".*"Front cold".*"Front thief"')
+        self.assertNotIn("Front beam", text)
+        self.assertIn("* adds more than full scale", self.expect(
+            0, "", "explain", "lights.json", "--pixel", "15,10", "--set", "Name starts with=Back").stdout)
+        for pixel, message in (("32,0", "outside of the frame"), ("1", "no pixel"), ("-1,0", "outside"), ("1,2x", "no pixel")):
+            self.expect(2, message, "explain", "lights.json", f"--pixel={pixel}")
+        self.expect(2, "no pixel is given", "explain", "lights.json")
+
 
 if __name__ == "__main__":
     unittest.main(argv=sys.argv[:1])
