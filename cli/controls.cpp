@@ -7,6 +7,7 @@
 
 #include "cli/greying.h"
 #include "cli/plugin_answers.h"
+#include "cli/table.h"
 #include "host/runner/session.h"
 #include "io/effect_layer.h"
 #include "io/text.h"
@@ -86,7 +87,7 @@ std::string remarks_of(const Control& control) {
     return text;
 }
 
-void print_table(const std::vector<Control>& controls) {
+void print_text(const std::vector<Control>& controls) {
     std::vector<std::vector<std::string>> rows = {
         {"index", "id", "control", "kind", "values", "default", "remarks"}};
     for (const Control& control : controls) {
@@ -94,18 +95,7 @@ void print_table(const std::vector<Control>& controls) {
         rows.push_back({std::to_string(control.index), "#" + std::to_string(control.id), path_of(control),
                         kind_of(control), values_of(control), default_of(control), remarks_of(control)});
     }
-    std::vector<std::size_t> widths(rows[0].size(), 0);
-    for (const auto& row : rows)
-        for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], row[i].size());
-    for (const auto& row : rows) {
-        std::string line;
-        for (std::size_t i = 0; i < row.size(); ++i) {
-            line += row[i];
-            line.append(widths[i] + 2 - row[i].size(), ' ');
-        }
-        line.resize(line.find_last_not_of(' ') + 1);
-        std::puts(line.c_str());
-    }
+    print_table(rows);
 }
 
 // As the user interface shows them: texts of choices, true and false.
@@ -160,7 +150,7 @@ void print_controls(const Options& options) {
     if (options.json)
         print_json(session);
     else
-        print_table(session.controls());
+        print_text(session.controls());
     session.stop();
 }
 

@@ -5,10 +5,14 @@
 
 #include "cli/check.h"
 #include "cli/controls.h"
+#include "cli/convert.h"
 #include "cli/exit_code.h"
+#include "cli/explain.h"
+#include "cli/info.h"
 #include "cli/interrupt.h"
 #include "cli/messages.h"
 #include "cli/render.h"
+#include "cli/validate.h"
 #include "cli/version.h"
 #include "host/runner/session.h"
 #include "io/scene_error.h"
@@ -62,7 +66,9 @@ int main(int argc, char** argv) {
     app.set_version_flag("--version", version_text);
     app.footer(kExitCodes);
     app.allow_extras();
-    const std::vector<Command> commands = {add_render(app), add_controls(app), add_check(app)};
+    const std::vector<Command> commands = {add_render(app),  add_info(app),    add_validate(app),
+                                           add_convert(app), add_explain(app), add_controls(app),
+                                           add_check(app)};
     for (const Command& command : commands) {
         command.parser->footer(kExitCodes);
         command.parser->allow_extras();
@@ -77,6 +83,8 @@ int main(int argc, char** argv) {
     try {
         run(app, commands);
         return static_cast<int>(ExitCode::ok);
+    } catch (const Told& told) {
+        return static_cast<int>(told.code);
     } catch (const UsageError& error) {
         return fail(ExitCode::usage, error.what());
     } catch (const io::SceneError& error) {

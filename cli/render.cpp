@@ -18,7 +18,6 @@
 #include "cli/version.h"
 #include "host/composition/queries.h"
 #include "host/runner/cores.h"
-#include "io/control_settings.h"
 #include "io/images/write_image.h"
 
 namespace zam::cli {
@@ -132,9 +131,7 @@ void render(const RenderOptions& options) {
     io::Scene scene = times.measure(StageTimes::read_scene,
                                     [&] { return load_scene(options.scene, options.quiet, kExample); });
     host::Composition& composition = scene.composition;
-    if (!options.preset.empty())
-        for (auto& setting : io::read_preset(options.preset, composition.frame_rate.value()))
-            composition.effect.controls.push_back(std::move(setting));
+    add_preset(options.preset, composition);
     job.frames = chosen_frames(options.frames, composition);
     const std::size_t asked = job.frames.size();
     check_names(options.output, job);

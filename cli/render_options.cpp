@@ -13,17 +13,10 @@ CLI::App* add_render_options(CLI::App& app, RenderOptions& options) {
     const auto add = [&](const char* name, auto& target, const char* value, const char* text) {
         return sub->add_option(name, target, text)->option_text(value);
     };
-    add_scene_options(*sub, options.scene);
+    add_open_options(*sub, options);
     add("--frames", options.frames, "LIST", "5, 0-47, 0-47x2 or 1,5,9 [the work area]");
     add("--resolution", options.resolution, "WORD", "full, half or quarter [full]")
         ->check(CLI::IsMember({"full", "half", "quarter"}));
-    add("--set", options.settings, "CONTROL=VALUE", "'Look=Strong', 'Spot Lights/Reach=800'; may be repeated")
-        ->allow_extra_args(false);
-    add("--preset", options.preset, "FILE", "Controls from a file, after the scene's and before --set");
-    add("--plugin", options.plugin, "FILE", "Plug-in [Zam.so beside this program]");
-    add("--threads", options.threads, "N",
-        "Threads that render rows, and as many at most that encode [one per core it may use]")
-        ->check(CLI::Range(0, 256));
     sub->add_flag("-q,--quiet", options.quiet, "Show no progress and no notes");
     add("--log", options.log, "text|json",
         "How to tell progress and messages: JSON has one object a line [text]")

@@ -3,20 +3,17 @@
 #include <string>
 #include <vector>
 
-#include "cli/scene_options.h"
+#include "cli/open_scene.h"
 #include "host/runner/session.h"
 #include "io/images/image.h"
 
 namespace zam::cli {
 
-struct RenderOptions {
-    SceneOptions scene;
-    std::string output, frames, plugin, preset;
+struct RenderOptions : OpenOptions {
+    std::string output, frames;
     int bits = 0;  // per channel; 0: what the format usually has
     std::string resolution = "full", color = "linear", log = "text";
-    std::vector<std::string> settings;
     std::string over;
-    int threads = 0;
     bool dither = false, skip_existing = false, quiet = false;
 };
 

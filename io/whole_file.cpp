@@ -66,13 +66,13 @@ WholeFile::WholeFile(std::string file) : file_(std::move(file)) {
         part_ = file_ + ".part" + std::to_string(getpid());
         descriptor = ::open(part_.c_str(), O_CREAT | O_TRUNC | O_WRONLY | O_CLOEXEC, 0666);
     }
-    if (descriptor < 0) fail(file_, "cannot write the image", errno);
+    if (descriptor < 0) fail(file_, "cannot write the file", errno);
     stream_ = ::fdopen(descriptor, "wb");
     if (!stream_) {
         const int code = errno;
         ::close(descriptor);
         if (!part_.empty()) ::unlink(part_.c_str());
-        fail(file_, "cannot write the image", code);
+        fail(file_, "cannot write the file", code);
     }
     std::setvbuf(stream_, nullptr, _IOFBF, kBuffer);
 }
@@ -122,7 +122,7 @@ void WholeFile::keep() {
         check(std::fclose(std::exchange(stream_, nullptr)) == 0);
         if (failure_ == 0 && check(std::rename(part_.c_str(), file_.c_str()) == 0)) part_.clear();
     }
-    if (failure_ != 0) fail(file_, "cannot write the image", failure_);
+    if (failure_ != 0) fail(file_, "cannot write the file", failure_);
 }
 
 }  // namespace zam::io

@@ -187,6 +187,11 @@ void Session::set_control(int index, Animated<double> value) {
     state_->in.params.set(index, std::move(value));
 }
 
+double Session::control_at(int index, double frame) const {
+    static_cast<void>(state_->in.params.value(index));  // is there such a control?
+    return state_->in.params.at(index, frame);
+}
+
 Outcome Session::choose_layer(int index, LayerId layer, double frame) {
     State& s = *state_;
     s.in.params.set(index, Animated<double>(layer));

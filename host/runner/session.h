@@ -111,6 +111,8 @@ class Session {
     // Sliders in user units, popups 1-based, boxes 0/1, layers by id. Values outside a control's range are
     // clamped when they are used. Sends no command; throws ControlError for an index without a value.
     void set_control(int index, Animated<double> value);
+    // What a control has at a frame, in the same units; throws ControlError for an index without a value.
+    [[nodiscard]] double control_at(int index, double frame) const;
     // As the user picking a layer in a layer control: USER_CHANGED_PARAM when supervised, then
     // UPDATE_PARAMS_UI. The outcome is that of both: the first error and message, all reports.
     Outcome choose_layer(int index, LayerId layer, double frame);

@@ -108,7 +108,7 @@ class Output(ProgramTest):
 
     def test_a_failed_file_ends_the_run(self):
         (self.folder / "out/a.05.png").mkdir(parents=True)
-        self.expect(5, "out/a.05.png: cannot write the image", "render", "scene.json", "-o", "out/a.##.png", "--frames", "0-11")
+        self.expect(5, "out/a.05.png: cannot write the file", "render", "scene.json", "-o", "out/a.##.png", "--frames", "0-11")
         files = [p for p in (self.folder / "out").iterdir() if p.is_file()]
         self.assertGreater(len(files), 4)
         for file in files:

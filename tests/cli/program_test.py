@@ -86,7 +86,7 @@ class Program(ProgramTest):
         self.write("file", "in the way")
         self.expect(5, "file", "render", "scene.json", "-o", "file/a.#.png")
         (self.folder / "taken.3.png").mkdir()
-        self.expect(5, "taken.3.png: cannot write the image", "render", "scene.json", "-o", "taken.#.png")
+        self.expect(5, "taken.3.png: cannot write the file", "render", "scene.json", "-o", "taken.#.png")
 
     def test_frames_become_numbered_files(self):
         names = self.rendered("-o", "out/deep/../l.####.png")

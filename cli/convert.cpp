@@ -1,0 +1,67 @@
+#include "cli/convert.h"
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+
+#include "cli/exit_code.h"
+#include "cli/scene_options.h"
+#include "io/composition_reader.h"
+#include "io/composition_writer.h"
+#include "io/scene_error.h"
+#include "io/whole_file.h"
+
+namespace zam::cli {
+namespace {
+
+constexpr const char* kExample = "zam convert SCENE -o scene.json";
+
+struct Options {
+    SceneOptions scene;
+    std::string output;
+    bool quiet = false;
+};
+
+void check_output(const Options& options) {
+    if (options.scene.file.empty()) throw UsageError(std::string("no scene is given\nhint: ") + kExample);
+    if (options.output.empty()) throw UsageError("no output is given\nhint: add -o scene.json");
+    if (std::filesystem::path(options.output).extension() != ".json")
+        throw UsageError("-o " + options.output +
+                         ": only JSON compositions are written\nhint: end the name in .json");
+    std::error_code code;
+    if (std::filesystem::equivalent(options.scene.file, options.output, code))
+        throw UsageError("-o " + options.output + ": that is the scene itself\nhint: give another name");
+}
+
+void convert(const Options& options) {
+    check_output(options);
+    const io::Scene scene = load_scene(options.scene, options.quiet, kExample);
+    const std::string text = io::composition_text(scene.composition);
+    try {  // what cannot be read again is no scene
+        static_cast<void>(io::read_composition(io::parse_json(options.output, text)));
+    } catch (const io::SceneError& error) {
+        throw io::SceneError(
+            options.scene.file, {},
+            std::string("the scene has what a JSON composition cannot hold: ") + error.what(),
+            "change that in the scene, or with the options for glTF scenes");
+    }
+    io::make_folders_for(options.output);
+    io::WholeFile file(options.output);
+    file.write(text.data(), text.size());
+    file.keep();
+}
+
+}  // namespace
+
+Command add_convert(CLI::App& app) {
+    const auto options = std::make_shared<Options>();
+    CLI::App* parser = app.add_subcommand(
+        "convert",
+        "Write any scene as a JSON composition that renders the same frames; notes are left behind\n"
+        "Example: zam convert stage.glb -o stage.json --size 1280x720 --fps 25");
+    add_scene_options(*parser, options->scene);
+    parser->add_option("-o,--output", options->output, "The composition")->option_text("FILE.json");
+    parser->add_flag("-q,--quiet", options->quiet, "Show no notes");
+    return {parser, [options] { convert(*options); }};
+}
+
+}  // namespace zam::cli

@@ -1,0 +1,65 @@
+#include "cli/open_scene.h"
+
+#include <CLI/CLI.hpp>
+#include <charconv>
+
+#include "cli/exit_code.h"
+#include "cli/settings.h"
+#include "io/control_settings.h"
+
+namespace zam::cli {
+namespace {
+
+host::Composition read_composition(const OpenOptions& options, bool quiet, const std::string& example) {
+    host::Composition composition = load_scene(options.scene, quiet, example).composition;
+    add_preset(options.preset, composition);
+    return composition;
+}
+
+host::SessionOptions session_options(int threads) {
+    host::SessionOptions options;
+    options.threads = threads;
+    return options;
+}
+
+}  // namespace
+
+void add_open_options(CLI::App& command, OpenOptions& options) {
+    const auto add = [&](const char* name, auto& target, const char* value, const char* text) {
+        return command.add_option(name, target, text)->option_text(value);
+    };
+    add_scene_options(command, options.scene);
+    add("--set", options.settings, "CONTROL=VALUE", "'Look=Strong', 'Spot Lights/Reach=800'; may be repeated")
+        ->allow_extra_args(false);
+    add("--preset", options.preset, "FILE", "Controls from a file, after the scene's and before --set");
+    add("--plugin", options.plugin, "FILE", "Plug-in [Zam.so beside this program]");
+    add("--threads", options.threads, "N", "Threads that render rows [one per core it may use]")
+        ->check(CLI::Range(0, 256));
+}
+
+void add_preset(const std::string& preset, host::Composition& composition) {
+    if (preset.empty()) return;
+    for (auto& setting : io::read_preset(preset, composition.frame_rate.value()))
+        composition.effect.controls.push_back(std::move(setting));
+}
+
+OpenScene::OpenScene(const OpenOptions& options, bool quiet, const std::string& example)
+    : composition(read_composition(options, quiet, example)),
+      plugin(plugin_file(options.plugin)),
+      session(plugin, composition, session_options(options.threads)) {
+    session.start();
+    static_cast<void>(apply_settings(session, composition, options.settings, answers));
+}
+
+int parse_frame(const std::string& text, int usual, const host::Composition& composition) {
+    if (text.empty()) return usual;
+    int frame = 0;
+    const char* end = text.data() + text.size();
+    const auto read = std::from_chars(text.data(), end, frame);
+    if (read.ec != std::errc() || read.ptr != end || frame < 0 || frame >= composition.duration)
+        throw UsageError("--frame " + text + ": there is no such frame\nhint: the scene has the frames 0-" +
+                         std::to_string(composition.duration - 1));
+    return frame;
+}
+
+}  // namespace zam::cli

@@ -1,0 +1,42 @@
+#pragma once
+// A scene with the effect at work in it, for every command that asks the effect about a scene.
+#include <string>
+#include <vector>
+
+#include "cli/plugin_answers.h"
+#include "cli/scene_options.h"
+#include "host/runner/session.h"
+
+namespace zam::cli {
+
+struct OpenOptions {
+    SceneOptions scene;
+    std::string plugin, preset;
+    std::vector<std::string> settings;
+    int threads = 0;
+};
+
+// Adds SCENE and what goes with it, --set, --preset, --plugin and --threads; `options` must outlive the parsing.
+void add_open_options(CLI::App& command, OpenOptions& options);
+
+// Appends the settings of the preset, if there is one, to the scene's own. Throws io::SceneError.
+void add_preset(const std::string& preset, host::Composition& composition);
+
+// The scene, and a started session with all its controls set.
+class OpenScene {
+  public:
+    // As load_scene(); throws host::ControlError (of the scene) and host::PluginError, too.
+    OpenScene(const OpenOptions& options, bool quiet, const std::string& example);
+    OpenScene(const OpenScene&) = delete;
+    OpenScene& operator=(const OpenScene&) = delete;
+
+    host::Composition composition;  // as the effect sees it: with the reach light that it may have added
+    const host::Plugin plugin;
+    host::Session session;
+    PluginAnswers answers;
+};
+
+// A frame's number from the command line, "12"; empty: `usual`. Throws UsageError for frames that the composition has not.
+[[nodiscard]] int parse_frame(const std::string& text, int usual, const host::Composition& composition);
+
+}  // namespace zam::cli
