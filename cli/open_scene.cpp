@@ -22,7 +22,18 @@ host::SessionOptions session_options(int threads) {
     return options;
 }
 
+// Starts the session, for what is set in it.
+host::Session& started(host::Session& session) {
+    session.start();
+    return session;
+}
+
 }  // namespace
+
+std::vector<std::string> OpenOptions::files() const {
+    if (preset.empty()) return {scene.file};
+    return {scene.file, preset};
+}
 
 void add_open_options(CLI::App& command, OpenOptions& options) {
     const auto add = [&](const char* name, auto& target, const char* value, const char* text) {
@@ -46,10 +57,8 @@ void add_preset(const std::string& preset, host::Composition& composition) {
 OpenScene::OpenScene(const OpenOptions& options, bool quiet, const std::string& example)
     : composition(read_composition(options, quiet, example)),
       plugin(plugin_file(options.plugin)),
-      session(plugin, composition, session_options(options.threads)) {
-    session.start();
-    static_cast<void>(apply_settings(session, composition, options.settings, answers));
-}
+      session(plugin, composition, session_options(options.threads)),
+      given(apply_settings(started(session), composition, options.settings, answers)) {}
 
 int parse_frame(const std::string& text, int usual, const host::Composition& composition) {
     if (text.empty()) return usual;
