@@ -44,7 +44,8 @@ void add_open_options(CLI::App& command, OpenOptions& options) {
         ->allow_extra_args(false);
     add("--preset", options.preset, "FILE", "Controls from a file, after the scene's and before --set");
     add("--plugin", options.plugin, "FILE", "Plug-in [Zam.so beside this program]");
-    add("--threads", options.threads, "N", "Threads that render rows [one per core it may use]")
+    add("--threads", options.threads, "N",
+        "Threads that render rows, and as many at most that make files of them [one per core it may use]")
         ->check(CLI::Range(0, 256));
 }
 
