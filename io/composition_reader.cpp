@@ -182,7 +182,8 @@ class CompositionReader {
             check_members(document_, *effect, "effect", {"layer", "controls"});
             layer = effect->find("layer");
             if (const JsonValue* controls = effect->find("controls"))
-                composition_.effect.controls = read_controls(document_, *controls, composition_.frame_rate.value());
+                composition_.effect.controls =
+                    read_controls(document_, *controls, composition_.frame_rate.value());
         }
         if (!layer) {
             add_effect_layer(composition_);
