@@ -15,7 +15,8 @@ void check_size(const std::string& file, const io::PngReader& plate, int width, 
     throw io::SceneError(
         file, {},
         "the plate has " + size(plate.width(), plate.height()) + " pixels, the frame " + size(width, height),
-        "give plates of the frame's size; --resolution and the scene's size decide that one");
+        "give plates of the frame's size; the scene's size (--size for glTF) and --resolution decide that "
+        "one");
 }
 
 // In the codes of the frame that it goes behind.

@@ -11,6 +11,7 @@ namespace zam::cli {
 struct Command {
     CLI::App* parser = nullptr;
     std::function<void()> run;  // throws what main() knows an exit code for
+    const char* example = "";   // the command as it could be typed
 };
 
 }  // namespace zam::cli

@@ -163,7 +163,7 @@ Command add_controls(CLI::App& app) {
         ->option_text("FILE");
     parser->add_flag("--json", options->json,
                      "For machines: everything that is registered, and what greys it");
-    return {parser, [options] { print_controls(*options); }};
+    return {parser, [options] { print_controls(*options); }, "zam controls --json"};
 }
 
 }  // namespace zam::cli

@@ -13,7 +13,7 @@
 namespace zam::cli {
 namespace {
 
-constexpr const char* kExample = "zam convert SCENE -o scene.json";
+constexpr const char* kExample = "zam convert stage.glb -o stage.json --size 1280x720 --fps 25";
 
 struct Options {
     SceneOptions scene;
@@ -56,12 +56,11 @@ Command add_convert(CLI::App& app) {
     const auto options = std::make_shared<Options>();
     CLI::App* parser = app.add_subcommand(
         "convert",
-        "Write any scene as a JSON composition that renders the same frames; notes are left behind\n"
-        "Example: zam convert stage.glb -o stage.json --size 1280x720 --fps 25");
+        "Write any scene as a JSON composition that renders the same frames; notes are left behind");
     add_scene_options(*parser, options->scene);
     parser->add_option("-o,--output", options->output, "The composition")->option_text("FILE.json");
     parser->add_flag("-q,--quiet", options->quiet, "Show no notes");
-    return {parser, [options] { convert(*options); }};
+    return {parser, [options] { convert(*options); }, kExample};
 }
 
 }  // namespace zam::cli

@@ -21,7 +21,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr const char* kExample = "zam explain SCENE --frame 12 --pixel 960,540";
+constexpr const char* kExample = "zam explain stage.gltf --frame 12 --pixel 960,540";
 
 struct Options : OpenOptions {
     std::string frame, pixel;
@@ -137,9 +137,7 @@ void explain(const Options& options) {
 Command add_explain(CLI::App& app) {
     const auto options = std::make_shared<Options>();
     CLI::App* parser = app.add_subcommand(
-        "explain",
-        "Tell which light adds how much at a pixel, found by rendering one light at a time\n"
-        "Example: zam explain stage.gltf --frame 12 --pixel 960,540");
+        "explain", "Tell which light adds how much at a pixel, found by rendering one light at a time");
     add_open_options(*parser, *options);
     parser->add_option("--frame", options->frame, "Frame to look at [the first of the work area]")
         ->option_text("N");
@@ -147,7 +145,7 @@ Command add_explain(CLI::App& app) {
         ->option_text("X,Y");
     parser->add_flag("--json", options->json,
                      "For machines: every light that takes part, fractions of full scale");
-    return {parser, [options] { explain(*options); }};
+    return {parser, [options] { explain(*options); }, kExample};
 }
 
 }  // namespace zam::cli

@@ -17,7 +17,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr const char* kExample = "zam info SCENE --frame 12";
+constexpr const char* kExample = "zam info stage.gltf --frame 12";
 
 struct Options : OpenOptions {
     std::string frame;
@@ -168,14 +168,12 @@ void info(const Options& options) {
 Command add_info(CLI::App& app) {
     const auto options = std::make_shared<Options>();
     CLI::App* parser = app.add_subcommand(
-        "info",
-        "Tell what is in a scene: cameras, lights, and which of them take part in a frame\n"
-        "Example: zam info stage.gltf --frame 12");
+        "info", "Tell what is in a scene: cameras, lights, and which of them take part in a frame");
     add_open_options(*parser, *options);
     parser->add_option("--frame", options->frame, "Frame to look at [the first of the work area]")
         ->option_text("N");
     parser->add_flag("--json", options->json, "For machines");
-    return {parser, [options] { info(*options); }};
+    return {parser, [options] { info(*options); }, kExample};
 }
 
 }  // namespace zam::cli

@@ -1,9 +1,11 @@
 // The program `zam`: a host without After Effects on the command line.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <new>
 #include <vector>
 
 #include "cli/check.h"
+#include "cli/contact_sheet.h"
 #include "cli/controls.h"
 #include "cli/convert.h"
 #include "cli/exit_code.h"
@@ -27,11 +29,12 @@ void refuse_unknown(const CLI::App& app) {
     const std::vector<std::string> unknown = app.remaining();
     if (unknown.empty()) return;
     std::string word = unknown.front();
-    for (const std::string& other : unknown)
-        if (other.starts_with("-")) {
-            word = other.substr(0, other.find('='));
-            break;
-        }
+    // Without a command its name is what is wrong, and its options cannot be known; behind one they are.
+    const bool no_command = !app.get_parent() && app.get_subcommands().empty();
+    const auto wanted = std::find_if(unknown.begin(), unknown.end(), [&](const std::string& other) {
+        return other.starts_with("-") != no_command;
+    });
+    if (wanted != unknown.end()) word = wanted->substr(0, wanted->find('='));
     const bool option = word.starts_with("-");
     std::vector<std::string> known;
     if (option) {
@@ -66,11 +69,12 @@ int main(int argc, char** argv) {
     app.set_version_flag("--version", version_text);
     app.footer(kExitCodes);
     app.allow_extras();
-    const std::vector<Command> commands = {add_render(app),  add_info(app),    add_validate(app),
-                                           add_convert(app), add_explain(app), add_controls(app),
-                                           add_check(app)};
+    const std::vector<Command> commands = {add_render(app),   add_info(app),    add_validate(app),
+                                           add_convert(app),  add_explain(app), add_contact_sheet(app),
+                                           add_controls(app), add_check(app)};
     for (const Command& command : commands) {
-        command.parser->footer(kExitCodes);
+        const std::string example = command.example;
+        command.parser->footer((example.empty() ? "" : "Example:\n  " + example + "\n\n") + kExitCodes);
         command.parser->allow_extras();
     }
     try {

@@ -22,7 +22,18 @@ host::SessionOptions session_options(int threads) {
     return options;
 }
 
+// Starts the session, for what is set in it.
+host::Session& started(host::Session& session) {
+    session.start();
+    return session;
+}
+
 }  // namespace
+
+std::vector<std::string> OpenOptions::files() const {
+    if (preset.empty()) return {scene.file};
+    return {scene.file, preset};
+}
 
 void add_open_options(CLI::App& command, OpenOptions& options) {
     const auto add = [&](const char* name, auto& target, const char* value, const char* text) {
@@ -33,7 +44,8 @@ void add_open_options(CLI::App& command, OpenOptions& options) {
         ->allow_extra_args(false);
     add("--preset", options.preset, "FILE", "Controls from a file, after the scene's and before --set");
     add("--plugin", options.plugin, "FILE", "Plug-in [Zam.so beside this program]");
-    add("--threads", options.threads, "N", "Threads that render rows [one per core it may use]")
+    add("--threads", options.threads, "N",
+        "Threads that render rows, and as many at most that make files of them [one per core it may use]")
         ->check(CLI::Range(0, 256));
 }
 
@@ -46,10 +58,8 @@ void add_preset(const std::string& preset, host::Composition& composition) {
 OpenScene::OpenScene(const OpenOptions& options, bool quiet, const std::string& example)
     : composition(read_composition(options, quiet, example)),
       plugin(plugin_file(options.plugin)),
-      session(plugin, composition, session_options(options.threads)) {
-    session.start();
-    static_cast<void>(apply_settings(session, composition, options.settings, answers));
-}
+      session(plugin, composition, session_options(options.threads)),
+      given(apply_settings(started(session), composition, options.settings, answers)) {}
 
 int parse_frame(const std::string& text, int usual, const host::Composition& composition) {
     if (text.empty()) return usual;

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "cli/plugin_answers.h"
+#include "cli/scene_digest.h"
 #include "cli/scene_options.h"
 #include "host/runner/session.h"
 
@@ -14,6 +15,8 @@ struct OpenOptions {
     std::string plugin, preset;
     std::vector<std::string> settings;
     int threads = 0;
+    [[nodiscard]] std::vector<std::string> files()
+        const;  // that are read: the scene, and the preset if there is one
 };
 
 // Adds SCENE and what goes with it, --set, --preset, --plugin and --threads; `options` must outlive the parsing.
@@ -34,6 +37,7 @@ class OpenScene {
     const host::Plugin plugin;
     host::Session session;
     PluginAnswers answers;
+    const GivenControls given;  // by --set
 };
 
 // A frame's number from the command line, "12"; empty: `usual`. Throws UsageError for frames that the composition has not.

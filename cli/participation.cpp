@@ -1,6 +1,11 @@
 #include "cli/participation.h"
 
+#include <cmath>
+#include <limits>
+#include <numbers>
+
 #include "host/composition/queries.h"
+#include "host/composition/transforms.h"
 #include "host/suites/times.h"
 #include "io/text.h"
 
@@ -18,6 +23,11 @@ double seconds_of(const host::Composition& composition, double frame) {
 
 double told_frame(const host::Composition& composition, double frame) {
     return host::frame_of_time(composition.frame_rate, host::time_of_frame(composition.frame_rate, frame));
+}
+
+double dot(const host::Vec3& a, const host::Vec3& b) { return a.x * b.x + a.y * b.y + a.z * b.z; }
+host::Vec3 cross(const host::Vec3& a, const host::Vec3& b) {
+    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
 
 std::string at_value(const std::string& control, const std::string& value) {
@@ -57,6 +67,24 @@ double Participation::own_size(const host::Layer& light, double size, const std:
     if (by == "Shadow Darkness (mult)") return size * light.light.shadow_darkness.at(at_) / 100.0;
     if (by == "Shadow Diffusion (add)") return size + light.light.shadow_diffusion.at(at_);
     return size;
+}
+
+// Of a spot light's axis in the camera's space: 1 unless parents, matrices or the default view bring a scale.
+double Participation::axis_length(const host::Layer& light) const {
+    const host::Layer* camera = host::active_camera(composition_, at_);
+    host::Matrix view;
+    view.at[0][0] = 1.0 / composition_.pixel_aspect.value();
+    if (camera) view = host::world_from_layer(composition_, *camera, at_);
+    const host::Matrix world = host::world_from_layer(composition_, light, at_);
+    const auto row = [](const host::Matrix& m, int i) {
+        return host::Vec3{m.at[i][0], m.at[i][1], m.at[i][2]};
+    };
+    const host::Vec3 a = row(view, 0), b = row(view, 1), c = row(view, 2), axis = row(world, 2);
+    const double volume = dot(a, cross(b, c));
+    if (volume == 0.0)
+        return std::numeric_limits<double>::infinity();  // nobody knows what such a camera sees
+    return std::hypot(dot(axis, cross(b, c)), dot(axis, cross(c, a)), dot(axis, cross(a, b))) /
+           std::abs(volume);
 }
 
 void Participation::check_filters(const host::Layer& light, Reasons& reasons) const {
@@ -106,7 +134,14 @@ void Participation::check_point(const host::Layer& light, Reasons& reasons) cons
 void Participation::check_spot(const host::Layer& light, Reasons& reasons) const {
     if (choice("Spot Light Model") == "Off") return reasons.push_back(at_value("Spot Light Model", "Off"));
     if (number("Spot Lights/Intensity") == 0.0) reasons.push_back(at_value("Spot Lights/Intensity", "0"));
-    if (light.light.cone_angle.at(at_) == 0.0) reasons.emplace_back("its cone angle is 0");
+    // deliberate: the effect does not make the axis a unit long, so scale widens cones, or takes them away. One
+    // of angle 0 is seen where a ray runs exactly along its axis; that is nothing to look for.
+    const double angle = light.light.cone_angle.at(at_), length = axis_length(light);
+    if (length <= std::cos(angle / 2.0 * (std::numbers::pi / 180.0)) + 1e-12)
+        reasons.push_back("its cone angle is " + io::format_number(angle) +
+                          (std::abs(length - 1.0) < 1e-9
+                               ? ""
+                               : ", and a scale makes its axis " + io::format_number(length) + " long"));
     const double reach = own_size(light, number("Reach"), "Individual Reach"),
                  start = number("Start Distance");
     if (reach < 0.0)

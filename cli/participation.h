@@ -24,6 +24,7 @@ class Participation {
     [[nodiscard]] std::string choice(const std::string& control) const;
     [[nodiscard]] bool is_there(const host::Layer& light) const;
     [[nodiscard]] double own_size(const host::Layer& light, double size, const std::string& individual) const;
+    [[nodiscard]] double axis_length(const host::Layer& light) const;
     void check_filters(const host::Layer& light, std::vector<std::string>& reasons) const;
     void check_point(const host::Layer& light, std::vector<std::string>& reasons) const;
     void check_spot(const host::Layer& light, std::vector<std::string>& reasons) const;

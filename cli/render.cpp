@@ -23,7 +23,7 @@
 namespace zam::cli {
 namespace {
 
-constexpr const char* kExample = "zam render SCENE -o 'out/light.####.png'";
+constexpr const char* kExample = "zam render stage.gltf -o 'out/light.####.png' --over '#101018'";
 
 // What the command line and the scene come to.
 struct Job {
@@ -145,10 +145,8 @@ void render(const RenderOptions& options) {
     times.measure(StageTimes::load_plugin, [&] { session.start(); });
     PluginAnswers answers;
     const GivenControls given = apply_settings(session, composition, options.settings, answers);
-    std::vector<std::string> files{options.scene.file};
-    if (!options.preset.empty()) files.push_back(options.preset);
     job.metadata = {0, composition.frame_rate, composition.pixel_aspect, "zam " + program_version(),
-                    scene_digest(files, composition, given, job.settings)};
+                    scene_digest(options.files(), composition, given, job.settings)};
     const host::Layer* carrier =
         composition.find_layer(composition.effect.layer);  // the session vouches for it
     const host::Size size = host::downsampled(host::layer_size(composition, *carrier),
@@ -171,10 +169,12 @@ void render(const RenderOptions& options) {
 Command add_render(CLI::App& app) {
     const auto options = std::make_shared<RenderOptions>();
     CLI::App* parser = add_render_options(app, *options);
-    return {parser, [options] {
+    return {parser,
+            [options] {
                 if (options->log == "json") tell_in_json();
                 render(*options);
-            }};
+            },
+            kExample};
 }
 
 }  // namespace zam::cli

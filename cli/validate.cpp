@@ -11,7 +11,7 @@
 namespace zam::cli {
 namespace {
 
-constexpr const char* kExample = "zam validate SCENE...";
+constexpr const char* kExample = "zam validate shots/*.json stage.gltf";
 
 struct Options {
     std::vector<std::string> files;
@@ -54,14 +54,12 @@ void validate(const Options& options) {
 Command add_validate(CLI::App& app) {
     const auto options = std::make_shared<Options>();
     CLI::App* parser =
-        app.add_subcommand("validate",
-                           "Read scenes and their controls with all checks, without rendering\n"
-                           "Example: zam validate shots/*.json stage.gltf");
+        app.add_subcommand("validate", "Read scenes and their controls with all checks, without rendering");
     parser->add_option("SCENE", options->files, "Compositions (.json) or glTF 2.0 scenes (.gltf, .glb)")
         ->option_text("...");
     parser->add_option("--plugin", options->plugin, "Plug-in [Zam.so beside this program]")
         ->option_text("FILE");
-    return {parser, [options] { validate(*options); }};
+    return {parser, [options] { validate(*options); }, kExample};
 }
 
 }  // namespace zam::cli

@@ -18,9 +18,13 @@ from zam_program import PROGRAM, ROOT, SCENE, ProgramTest, brightest, read_png
 
 class Program(ProgramTest):
     def test_help_documents_the_exit_codes(self):
-        for arguments in (["--help"], ["render", "--help"], ["controls", "--help"]):
+        listed = re.findall(r"(?m)^  ([a-z-]+)  ", self.zam("--help").stdout.split("Subcommands:")[1].split("Exit codes:")[0])
+        self.assertIn("render", listed)
+        for arguments in (["--help"], *([command, "--help"] for command in listed)):
             run = self.zam(*arguments)
             self.assertEqual(run.returncode, 0)
+            if len(arguments) > 1:
+                self.assertIn(f"\nExample:\n  zam {arguments[0]} ", run.stdout)
             for code in (*range(6), "128 \\+ N"):
                 self.assertRegex(run.stdout, rf"(?m)^ *{code}  \w")
 
@@ -35,7 +39,7 @@ class Program(ProgramTest):
         out = ["-o", "out/a.####.png"]
         for message, arguments in [
             ("no command is given", []),
-            ("unexpected rendr\nzam: hint: did you mean render?", ["rendr", "scene.json"]),
+            ("unexpected rendr\nzam: hint: did you mean render?", ["rendr", "scene.json", *out]),
             ("unknown option --frame\nzam: hint: did you mean --frames?", ["render", "scene.json", *out, "--frame=1"]),
             ("unknown option --pixle\n", ["render", "scene.json", *out, "--pixle=1"]),
             ("no scene is given", ["render"]),

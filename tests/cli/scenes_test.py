@@ -48,7 +48,8 @@ class Scenes(ProgramTest):
         text = self.expect(0, "", "info", "lights.json", "--frame", "2").stdout
         self.assertIn('camera "Late" at [16, 10, -44.44], zoom 44.44: it is looked through', text)
         self.assertIn('camera "Off" at [16, 10, -44.44], zoom 44.44: it is switched off', text)
-        self.assertIn("4 of 7 lights take part", text)
+        self.assertIn("\n\nAt frame 2:\n", text)
+        self.assertIn("\n4 of 7 lights take part\n", text)
         self.assertRegex(text, r'(?m)^"Front warm"  +point  +\[14, 10, 0\]  +6 %  +yes$')
         self.assertIn("no: its name does not start with Front\n", text)
         self.assertIn("no: it is there from frame 0 to 1 only\n", text)
@@ -95,13 +96,14 @@ class Scenes(ProgramTest):
                                     "Use Lights that are": "On or Off", "Set Reach Layer": 7}},
         }
         self.write("moving.json", moving)
-        others = [ROOT / "tests/unit/io/every_key.json", *sorted((ROOT / "tests/golden").glob("*.json"))]
-        self.assertGreater(len(others), 4)
+        golden = sorted((ROOT / "tests/golden").glob("*.json"))
+        self.assertGreater(len(golden), 3)
         every = ["--frames", "0-8"]
         for scene, options, render in (("moving.json", [], every), ("scene.json", [], []), ("lights.json", [], []),
                                        (STAGE, ["--size", "64x36", "--fps", "12.5"], ["--frames", "0-24x4"]),
                                        (ROOT / "examples/three-beams/three-beams.json", [], ["--frames", "40", "--resolution", "quarter"]),
-                                       *((path, [], ["--resolution", "half"]) for path in others)):
+                                       (ROOT / "tests/unit/io/every_key.json", [], ["--frames", "3-17x7", "--resolution", "quarter"]),
+                                       *((path, [], ["--resolution", "half"]) for path in golden)):
             with self.subTest(scene=scene):
                 self.expect(0, "", "convert", scene, "-o", "copy/one.json", *options)
                 self.assertEqual(self.pictures(scene, *options, *render), self.pictures("copy/one.json", *render))
@@ -155,13 +157,52 @@ class Scenes(ProgramTest):
             self.assertAlmostEqual(warm + cold, 1)
             self.assertTrue(warm > cold > -thief > 0 == beam)
         text = self.expect(0, "", "explain", "lights.json", "--pixel", "15,10", "--frame", "2").stdout
-        self.assertRegex(text, r'(?s)^Frame 2, pixel 15,10: #\w{6} at .*3 of the 4 lights.*"Front warm".*"Front cold".*"Front thief"')
+        self.assertRegex(text, r'(?s)^Frame 2, pixel 15,10: #\w{6} at .*\n3 of the 4 lights that take part are seen here\n.*"Front warm".*"Front cold".*"Front thief"')
         self.assertNotIn("Front beam", text)
         self.assertIn("* adds more than full scale", self.expect(
             0, "", "explain", "lights.json", "--pixel", "15,10", "--set", "Name starts with=Back").stdout)
         for pixel, message in (("32,0", "outside of the frame"), ("1", "no pixel"), ("-1,0", "outside"), ("1,2x", "no pixel")):
             self.expect(2, message, "explain", "lights.json", f"--pixel={pixel}")
         self.expect(2, "no pixel is given", "explain", "lights.json")
+
+    def test_contact_sheet(self):
+        self.expect(0, "", "render", "scene.json", "-o", "big.##.png", "--frames", "2-11x3", "--over", "#101018")
+        run = self.expect(0, "sheet.png: 4 frames, 2 to a row, each 16 x 10", "contact-sheet", "scene.json", "-o", "out/sheet.png",
+                          "--frames", "2-11x3", "--width", "16")
+        self.assertEqual(run.stdout, "")
+        width, height, _, samples = read_png(self.folder / "out/sheet.png")
+        self.assertEqual((width, height), (8 + 2 * 24, 8 + 2 * (10 + 4 + 10 + 8)))
+
+        def at(picture, row, x, y):
+            return picture[4 * (y * row + x):][:4]
+
+        for place, number in enumerate((2, 5, 8, 11)):
+            big = read_png(self.folder / f"big.{number:02}.png")[3]
+            left, top = 8 + place % 2 * 24, 8 + place // 2 * 32
+            for y in range(10):
+                for x in range(16):
+                    four = [at(big, 32, 2 * x + i, 2 * y + j) for i in (0, 1) for j in (0, 1)]
+                    for part, mean in zip(at(samples, width, left + x, top + y), (sum(c) / 4 for c in zip(*four))):
+                        self.assertAlmostEqual(part, mean, delta=0.51)
+            inked = {(x // 2, y // 2) for y in range(10) for x in range(16) if at(samples, width, left + x, top + 14 + y)[0] == 200}
+            self.assertEqual(len(inked), {2: 11, 5: 11, 8: 13, 11: 16}[number], "the frame's number stands below it")
+        # Sizes that are no whole part keep the picture's mean; the pixels' shape is made up for.
+        self.write("wide.json", {**SCENE, "pixel_aspect": 2})
+        for scene, size in (("scene.json", (13, 8)), ("wide.json", (13, 4)), ("scene.json", (70, 44))):
+            self.expect(0, f"each {size[0]} x {size[1]}", "contact-sheet", scene, "-o", "one.png", "--frames", "8", "--width", size[0])
+            sheet = read_png(self.folder / "one.png")
+            self.expect(0, "", "render", scene, "-o", "big.png", "--frames", "8", "--over", "#101018")
+            big = read_png(self.folder / "big.png")[3]
+            small = [part for y in range(size[1]) for part in sheet[3][4 * ((8 + y) * sheet[0] + 8):][:4 * size[0]]]
+            for part in range(4):
+                self.assertAlmostEqual(sum(small[part::4]) / len(small), sum(big[part::4]) / len(big), delta=0.15)
+        self.expect(0, "2 frames, 1 to a row", "contact-sheet", "scene.json", "-o", "one.png", "--columns", "1")
+        self.write("long.json", {**SCENE, "duration": 100, "work_area": [10, 90]})
+        self.expect(0, "24 frames, 5 to a row", "contact-sheet", "long.json", "-o", "one.png", "--width", "4", "--over", "big.png")
+        self.expect(2, "million pixels", "contact-sheet", "long.json", "-o", "two.png", "--width", "30000")
+        self.expect(2, "sheets are PNG files", "contact-sheet", "long.json", "-o", "two.exr")
+        self.expect(3, "none.png", "contact-sheet", "long.json", "-o", "two.png", "--over", "none.png")
+        self.assertFalse((self.folder / "two.png").exists())
 
 
 if __name__ == "__main__":

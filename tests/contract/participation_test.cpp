@@ -101,6 +101,27 @@ TEST(Participation, AgreesWithTheFrames) {
     EXPECT_EQ(check(soloed, 4), 1);
 }
 
+// The effect's cones depend on the length of their axis.
+TEST(Participation, AgreesWithTheFramesUnderScaledParents) {
+    int counted = 0;
+    for (const double scale : {50.0, 80.0, 100.0, 120.0})
+        for (const double angle : {0.0, 30.0, 80.0})
+            for (const bool scales_camera : {false, true}) {
+                Scene scene{{{"Look", 2.0}}};
+                Layer& rig = add_layer(scene.composition, LayerKind::null_object, "Rig", {16, 9, 0});
+                rig.transform.anchor = Vec3{16, 9, 0};
+                rig.transform.scale = Vec3{scale, scale, scale};
+                const LayerId parent = rig.id;
+                Layer& light = add_spot(scene.composition, {16, 9, 0}, {16.7, 9.3, 100});
+                light.light.cone_angle = angle;
+                Layer& camera = add_camera(scene.composition, {16, 9, -50}, {16, 9, 0}, 50);
+                (scales_camera ? camera : scene.composition.layers[1]).parent = parent;
+                counted += check(scene, 4);
+            }
+    EXPECT_GT(counted, 6);
+    EXPECT_LT(counted, 18);
+}
+
 // In and out points at every fraction of odd rates: the effect's seconds are rounded.
 TEST(Participation, AgreesWithTheFramesAtInAndOutPoints) {
     std::mt19937 random(7);
