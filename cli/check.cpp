@@ -106,7 +106,7 @@ Command add_check(CLI::App& app) {
         ->option_text("SECONDS")
         ->check(CLI::Range(1, 3600));
     parser->add_flag("--in-process", options->in_process, "Load it into this process, for a debugger");
-    return {parser, [options] { check(*options); }};
+    return {parser, [options] { check(*options); }, "zam check Zam.so"};
 }
 
 bool is_check_child(int argc, char** argv) { return argc == 5 && argv[1] == kChildCommand; }
