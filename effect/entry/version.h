@@ -1,11 +1,18 @@
 #pragma once
-// What the effect says of itself. The property resource that the host reads before it loads the code must
-// carry the same words.
+// What the effect says of itself. PF_Cmd_GLOBAL_SETUP reports these words, and the property resource that the host
+// reads before it loads the code is written from them (effect/resource).
 #include "hostapi/constants.h"
 
 namespace zam {
 
 inline constexpr char kEffectName[] = "Zam";
+// Saved projects and scripts find the effect by this name, so it is never changed. The name in the menu has been
+// chosen for it: nobody has to learn a second one, and no part of it names a version or a maker that may change.
+inline constexpr char kMatchName[] = "Zam";
+// A category of its own: the host translates the names of its own categories, and an effect that carries one of
+// them in English gets a second menu beside it elsewhere.
+inline constexpr char kCategory[] = "Zam";
+inline constexpr char kEntryPoint[] = "EntryPointFunc";
 inline constexpr int kMajorVersion = 1, kMinorVersion = 1, kBugfixVersion = 1;
 // The about text's second line; %s is the row target in use.
 inline constexpr char kCreditLine[] = "Haze in closed form, rows on %s. Visualize 3D Lights";

@@ -14,6 +14,7 @@ ALLOWED = {
     "effect/scene": ["hostapi"],
     "effect/render": ["hostapi", "effect/params", "effect/scene", "effect/render/kernels"],
     "effect/entry": ["hostapi", "effect/params", "effect/scene", "effect/render"],
+    "effect/resource": ["hostapi", "effect/entry"],
     "host": ["hostapi"],
     "io": ["hostapi", "host"],
     "cli": ["hostapi", "host", "io"],
