@@ -7,6 +7,7 @@
 #include "cli/exit_code.h"
 #include "cli/interrupt.h"
 #include "cli/messages.h"
+#include "cli/platform.h"
 #include "cli/render.h"
 #include "cli/version.h"
 #include "host/runner/session.h"
@@ -56,10 +57,12 @@ int fail(ExitCode code, const std::string& text) {
 }
 
 int main(int argc, char** argv) {
+    platform::prepare_console();
     CLI::App app("Renders the light of a composition's 3D lights, made visible by the plug-in.", "zam");
     app.set_version_flag("--version", version_text);
     app.footer(kExitCodes);
     app.allow_extras();
+    app.allow_windows_style_options(false);  // a leading / begins a path everywhere
     const std::vector<Command> commands = {add_render(app), add_controls(app)};
     for (const Command& command : commands) {
         command.parser->footer(kExitCodes);
