@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <numbers>
 
 #include "host/composition/transforms.h"
 #include "tests/unit/io/gltf_file.h"
@@ -98,13 +99,13 @@ TEST(Gltf, AnimationIsSampledAtEachFrame) {
     const Scene scene = read_small(file);
     EXPECT_EQ(scene.composition.duration, 25);  // frames 0 to 24, the last key's
 
-    const double quarter = 22.5 / 180 * M_PI;  // at 0.25 s
+    const double quarter = 22.5 / 180 * std::numbers::pi;  // at 0.25 s
     expect_look(scene, "Linear", 6, {-std::sin(quarter), 0, std::cos(quarter)});
     expect_place(scene, "Linear", 6, {320 + 100 * std::sin(quarter), 180, -100 * std::cos(quarter)});
     const double later = 2 * quarter * 9 / 12;  // at 0.375 s, half way of the translation
     expect_place(scene, "Linear", 9, {320 + 100 * std::sin(later), 180 - 100, -100 * std::cos(later)});
     expect_look(scene, "Linear", 24, {-1, 0, 0});
-    const double between = 90.0 * 6.5 / 24 / 180 * M_PI;  // between two keys of ours
+    const double between = 90.0 * 6.5 / 24 / 180 * std::numbers::pi;  // between two keys of ours
     expect_look(scene, "Linear", 6.5, {-std::sin(between), 0, std::cos(between)});
     expect_place(scene, "Step", 11, {420, 180, 0});
     expect_place(scene, "Step", 12, {520, 180, 0});
@@ -132,7 +133,7 @@ TEST(Gltf, LightValuesAndOptions) {
     const host::LightSettings& spot = layer_named(scene, "L0").light;
     EXPECT_EQ(spot.type, host::LightType::spot);
     EXPECT_EQ(spot.color.constant, (host::Color{1, 0.5, 0.25}));
-    EXPECT_NEAR(spot.cone_angle.constant, 0.8 * 180 / M_PI, 1e-12);
+    EXPECT_NEAR(spot.cone_angle.constant, 0.8 * 180 / std::numbers::pi, 1e-12);
     EXPECT_NEAR(spot.cone_feather.constant, 75.0, 1e-12);
     EXPECT_NEAR(spot.shadow_diffusion.constant, 300.0, 1e-12);
     EXPECT_NEAR(spot.intensity.constant, 25.0, 1e-12);  // the light of 9000 cd is nowhere in the scene
