@@ -2,13 +2,15 @@
 JOBS ?= $(shell nproc)
 OUT ?= out
 
-.PHONY: help demo test test-arm64 bench bench-road sanitize manual format-check format setup-build setup-test release \
-        clean
+.PHONY: help demo test test-arm64 windows test-windows bench bench-road sanitize manual format-check format \
+        setup-build setup-test release clean
 
 help:
 	@echo "make demo          install what it needs, build, render two real scenes to $(OUT)/"
 	@echo "make test          install what it needs, build, run all tests"
 	@echo "make test-arm64    the same for 64-bit ARM: a cross compiler, the tests in an emulator; takes a while"
+	@echo "make windows       cross-compile the effect and the program for Windows, to build/windows"
+	@echo "make test-windows  the same with the tests, which run under Wine"
 	@echo "make bench         measure the renderer against a plain scalar one, in one run"
 	@echo "make bench-road    measure the program from scene to files, stage by stage"
 	@echo "make sanitize      the same tests under the address and undefined-behaviour sanitizers"
@@ -29,6 +31,19 @@ test-arm64:
 	cmake --preset arm64
 	cmake --build --preset arm64 -j $(JOBS)
 	ctest --preset arm64 -j $(JOBS)
+
+windows:
+	@tools/setup.sh build windows
+	@tools/windows_libraries.sh
+	cmake --preset windows -DZAM_TESTS=OFF
+	cmake --build --preset windows -j $(JOBS)
+
+test-windows: release
+	@tools/setup.sh build test windows test-windows
+	@tools/windows_libraries.sh test
+	cmake --preset windows
+	cmake --build --preset windows -j $(JOBS)
+	ctest --preset windows -j $(JOBS)
 
 sanitize: setup-test
 	cmake --preset asan

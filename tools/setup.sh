@@ -1,6 +1,6 @@
 #!/bin/sh
-# setup.sh build [test] [arm64]: installs the Debian packages that building, testing, and doing so for 64-bit ARM, need.
-# Does nothing when all are there.
+# setup.sh build [test] [arm64] [windows] [test-windows]: installs the Debian packages that building, testing, and doing so
+# for other systems, need. Does nothing when all are there.
 set -eu
 
 build="build-essential cmake ninja-build libcli11-dev nlohmann-json3-dev libpng-dev libopenexr-dev libtiff-dev libisal-dev
@@ -8,6 +8,8 @@ build="build-essential cmake ninja-build libcli11-dev nlohmann-json3-dev libpng-
 test="libgtest-dev libgmock-dev python3 python3-jsonschema clang-format nodejs node-acorn"
 arm64="g++-aarch64-linux-gnu qemu-user libstdc++6:arm64 libpng-dev:arm64 libtiff-dev:arm64
     libopenexr-3-1-30:arm64 libgtest-dev:arm64 libgmock-dev:arm64"
+windows="g++-mingw-w64-x86-64-posix libz-mingw-w64-dev dpkg-dev"
+test_windows="wine wine64 googletest"
 
 packages=""
 for set in "$@"; do
@@ -15,7 +17,9 @@ for set in "$@"; do
         build) packages="$packages $build" ;;
         test) packages="$packages $test" ;;
         arm64) packages="$packages $arm64" ;;
-        *) echo "setup.sh: unknown set '$set'; there are: build test arm64" >&2; exit 2 ;;
+        windows) packages="$packages $windows" ;;
+        test-windows) packages="$packages $test_windows" ;;
+        *) echo "setup.sh: unknown set '$set'; there are: build test arm64 windows test-windows" >&2; exit 2 ;;
     esac
 done
 
