@@ -2,7 +2,7 @@
 JOBS ?= $(shell nproc)
 OUT ?= out
 
-.PHONY: help demo test test-arm64 windows test-windows bench bench-road sanitize manual format-check format \
+.PHONY: help demo test test-arm64 windows test-windows package bench bench-road sanitize manual format-check format \
         setup-build setup-test release clean
 
 help:
@@ -11,6 +11,7 @@ help:
 	@echo "make test-arm64    the same for 64-bit ARM: a cross compiler, the tests in an emulator; takes a while"
 	@echo "make windows       cross-compile the effect and the program for Windows, to build/windows"
 	@echo "make test-windows  the same with the tests, which run under Wine"
+	@echo "make package       an archive for each platform in build/packages: effect, program, licences, INSTALL"
 	@echo "make bench         measure the renderer against a plain scalar one, in one run"
 	@echo "make bench-road    measure the program from scene to files, stage by stage"
 	@echo "make sanitize      the same tests under the address and undefined-behaviour sanitizers"
@@ -44,6 +45,10 @@ test-windows: release
 	cmake --preset windows
 	cmake --build --preset windows -j $(JOBS)
 	ctest --preset windows -j $(JOBS)
+
+package: setup-build release windows
+	cpack --config build/release/CPackConfig.cmake
+	cpack --config build/windows/CPackConfig.cmake
 
 sanitize: setup-test
 	cmake --preset asan
