@@ -2,8 +2,8 @@
 JOBS ?= $(shell nproc)
 OUT ?= out
 
-.PHONY: help demo test test-arm64 test-farm macos-linux bench bench-road sanitize manual format-check format \
-        setup-build setup-test setup-farm release clean
+.PHONY: help demo test test-arm64 test-farm windows test-windows macos-linux package bench bench-road sanitize manual \
+        format-check format setup-build setup-test setup-farm release clean
 
 help:
 	@echo "make demo          install what it needs, build, render two real scenes to $(OUT)/"
@@ -11,6 +11,9 @@ help:
 	@echo "make test-arm64    the same for 64-bit ARM: a cross compiler, the tests in an emulator; takes a while"
 	@echo "make test-farm     the examples for farms, on a Slurm of its own on this machine; a minute, and the build"
 	@echo "make macos-linux   build the macOS bundle, unsigned, with a compiler from npm, and check its structure"
+	@echo "make windows       cross-compile the effect and the program for Windows, to build/windows"
+	@echo "make test-windows  the same with the tests, which run under Wine"
+	@echo "make package       an archive for each platform in build/packages: effect, program, licences, INSTALL"
 	@echo "make bench         measure the renderer against a plain scalar one, in one run"
 	@echo "make bench-road    measure the program from scene to files, stage by stage"
 	@echo "make sanitize      the same tests under the address and undefined-behaviour sanitizers"
@@ -41,6 +44,23 @@ test-arm64:
 
 test-farm: setup-farm release
 	tests/farm/farm_test.py build/release/zam
+
+windows:
+	@tools/setup.sh build windows
+	@tools/windows_libraries.sh
+	cmake --preset windows -DZAM_TESTS=OFF
+	cmake --build --preset windows -j $(JOBS)
+
+test-windows: release
+	@tools/setup.sh build test windows wine
+	@tools/windows_libraries.sh test
+	cmake --preset windows
+	cmake --build --preset windows -j $(JOBS)
+	ctest --preset windows -j $(JOBS)
+
+package: setup-build release windows
+	cpack --config build/release/CPackConfig.cmake
+	cpack --config build/windows/CPackConfig.cmake
 
 sanitize: setup-test
 	cmake --preset asan

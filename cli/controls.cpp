@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "cli/greying.h"
+#include "cli/platform.h"
 #include "cli/plugin_answers.h"
 #include "cli/table.h"
 #include "host/runner/session.h"
@@ -159,7 +160,9 @@ void print_controls(const Options& options) {
 Command add_controls(CLI::App& app) {
     const auto options = std::make_shared<Options>();
     CLI::App* parser = app.add_subcommand("controls", "List the plug-in's controls as it registers them");
-    parser->add_option("--plugin", options->plugin, "Plug-in [Zam.so beside this program]")
+    parser
+        ->add_option("--plugin", options->plugin,
+                     "Plug-in [" + std::string(platform::kPluginName) + " beside this program]")
         ->option_text("FILE");
     parser->add_flag("--json", options->json,
                      "For machines: everything that is registered, and what greys it");

@@ -2,6 +2,8 @@
 
 #include <csignal>
 
+#include "cli/platform.h"
+
 namespace zam::cli {
 namespace {
 
@@ -11,18 +13,7 @@ void remember(int signal) { g_caught = signal; }
 
 }  // namespace
 
-void catch_interrupts() {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        struct sigaction action {};
-        sigaction(signal, nullptr, &action);
-        if (action.sa_handler == SIG_IGN) continue;  // as nohup, and shells for background jobs, want it
-        action = {};
-        action.sa_handler = remember;
-        action.sa_flags = static_cast<int>(SA_RESETHAND) | SA_RESTART;
-        sigemptyset(&action.sa_mask);
-        sigaction(signal, &action, nullptr);
-    }
-}
+void catch_interrupts() { platform::on_first_interrupt(remember); }
 
 int caught_signal() { return g_caught; }
 

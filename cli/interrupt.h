@@ -1,5 +1,5 @@
 #pragma once
-// Being told to stop: SIGINT, SIGTERM and SIGHUP.
+// Being told to stop: SIGINT, SIGTERM and SIGHUP, or what the system has in their place.
 #include <stdexcept>
 
 namespace zam::cli {

@@ -13,6 +13,7 @@
 #include "cli/info.h"
 #include "cli/interrupt.h"
 #include "cli/messages.h"
+#include "cli/platform.h"
 #include "cli/render.h"
 #include "cli/validate.h"
 #include "cli/version.h"
@@ -65,10 +66,12 @@ int fail(ExitCode code, const std::string& text) {
 
 int main(int argc, char** argv) {
     if (is_check_child(argc, argv)) return check_child(argv);
+    platform::prepare_console();
     CLI::App app("Renders the light of a composition's 3D lights, made visible by the plug-in.", "zam");
     app.set_version_flag("--version", version_text);
     app.footer(kExitCodes);
     app.allow_extras();
+    app.allow_windows_style_options(false);  // a leading / begins a path everywhere
     const std::vector<Command> commands = {add_render(app),   add_info(app),    add_validate(app),
                                            add_convert(app),  add_explain(app), add_contact_sheet(app),
                                            add_controls(app), add_check(app)};

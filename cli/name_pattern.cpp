@@ -1,9 +1,11 @@
 #include "cli/name_pattern.h"
 
+#include "host/utf8_path.h"
+
 namespace zam::cli {
 
 NamePattern::NamePattern(const std::string& pattern) : before_(pattern) {
-    const std::size_t name = pattern.rfind('/') == std::string::npos ? 0 : pattern.rfind('/') + 1;
+    const std::size_t name = pattern.size() - host::utf8_path(pattern).filename().string().size();
     const std::size_t last = pattern.rfind('#');
     if (last == std::string::npos || last < name) return;
     std::size_t first = last;

@@ -1,18 +1,15 @@
 #include "cli/plugin_answers.h"
 
-#include <filesystem>
-#include <system_error>
 #include <vector>
 
 #include "cli/messages.h"
+#include "cli/platform.h"
 
 namespace zam::cli {
 
 std::string plugin_file(const std::string& given) {
     if (!given.empty()) return given;
-    std::error_code code;
-    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", code);
-    return (program.parent_path() / "Zam.so").string();
+    return (platform::program_folder() / platform::kPluginName).string();
 }
 
 void PluginAnswers::check(const host::Outcome& outcome, const std::string& command) {

@@ -1,14 +1,11 @@
 #include "cli/progress.h"
 
-#include <sys/ioctl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <nlohmann/json.hpp>
 
 #include "cli/messages.h"
+#include "cli/platform.h"
 
 namespace zam::cli {
 
@@ -24,9 +21,7 @@ std::string clock_text(double seconds) {
 
 Progress::Style Progress::style_for(std::FILE* stream) {
     if (telling_in_json()) return Style::json;
-    const char* terminal = std::getenv("TERM");
-    const bool moves = terminal && std::string(terminal) != "dumb" && *terminal != '\0';
-    return isatty(fileno(stream)) && moves ? Style::bar : Style::lines;
+    return platform::is_terminal(stream) ? Style::bar : Style::lines;
 }
 
 Progress::Progress(std::FILE* stream, Style style, int total)
@@ -80,9 +75,8 @@ void Progress::draw(const std::string& file) {
     if (done_ > 0) line += "  " + clock_text(seconds_left()) + " left";
     if (!file.empty()) line += "  " + file;
     // A line that wraps could not be taken back.
-    winsize size{};
-    const bool known = ioctl(fileno(stream_), TIOCGWINSZ, &size) == 0 && size.ws_col > 1;
-    line.resize(std::min<std::size_t>(line.size(), known ? size.ws_col - 1u : 79u));
+    const int columns = platform::terminal_columns(stream_);
+    line.resize(std::min(line.size(), static_cast<std::size_t>(columns > 1 ? columns - 1 : 79)));
     std::fprintf(stream_, "\r\x1b[K%s", line.c_str());
     std::fflush(stream_);
     drawn_ = true;

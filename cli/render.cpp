@@ -18,6 +18,7 @@
 #include "cli/version.h"
 #include "host/composition/queries.h"
 #include "host/runner/cores.h"
+#include "host/utf8_path.h"
 #include "io/images/write_image.h"
 
 namespace zam::cli {
@@ -45,7 +46,7 @@ std::vector<int> chosen_frames(const std::string& list, const host::Composition&
 
 void check_names(const std::string& output, const Job& job) {
     if (job.frames.size() <= 1 || job.names.varies()) return;
-    const std::filesystem::path file(output);
+    const std::filesystem::path file = host::utf8_path(output);
     throw UsageError("-o " + output + ": several frames would all get this name\n" +
                      "hint: put # where the frame's number goes, for example " +
                      std::filesystem::path(file).replace_extension().string() + ".####" +
@@ -55,7 +56,7 @@ void check_names(const std::string& output, const Job& job) {
 void leave_out_existing(Job& job) {
     std::erase_if(job.frames, [&](int frame) {
         std::error_code code;
-        return std::filesystem::is_regular_file(job.names.file(frame), code);
+        return std::filesystem::is_regular_file(host::utf8_path(job.names.file(frame)), code);
     });
 }
 

@@ -4,13 +4,14 @@
 #include <algorithm>
 
 #include "cli/exit_code.h"
+#include "cli/platform.h"
 #include "io/images/write_image.h"
 
 namespace zam::cli {
 
 CLI::App* add_render_options(CLI::App& app, RenderOptions& options) {
     CLI::App* sub = app.add_subcommand("render", "Render a scene into image files: PNG, OpenEXR or TIFF");
-    const auto add = [&](const char* name, auto& target, const char* value, const char* text) {
+    const auto add = [&](const char* name, auto& target, const char* value, const std::string& text) {
         return sub->add_option(name, target, text)->option_text(value);
     };
     add_open_options(*sub, options);
@@ -50,6 +51,10 @@ io::ImageOptions image_options(const RenderOptions& options) {
         throw UsageError("-o " + options.output +
                          ": only PNG, OpenEXR and TIFF files are written\n"
                          "hint: end the name in .png, .exr or .tif, for example out/light.####.png");
+    if (!io::can_write(*format))
+        throw UsageError("-o " + options.output +
+                         ": this program was built without OpenEXR and TIFF\n"
+                         "hint: end the name in .png, for example out/light.####.png");
     const std::vector<int> possible = io::bits_of(*format);
     const bool exr = *format == io::ImageFormat::exr;
     io::ImageOptions image;

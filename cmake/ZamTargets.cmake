@@ -10,6 +10,13 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
+# Files whose names end in it are for this family of systems.
+if(WIN32)
+    set(ZAM_PLATFORM windows)
+else()
+    set(ZAM_PLATFORM posix)
+endif()
+
 # What every target of the project is compiled with. No contraction into fused multiply-adds: a formula's result
 # must not depend on the machine.
 add_library(zam_flags INTERFACE)

@@ -10,8 +10,10 @@ arm64="g++-aarch64-linux-gnu qemu-user libstdc++6:arm64 libpng-dev:arm64 libtiff
 macos="lld-14 llvm-14 python3"
 command -v npm >/dev/null || macos="$macos npm"
 farm="slurmctld slurmd slurm-client munge python3 python3-yaml python3-jsonschema"
+windows="g++-mingw-w64-x86-64-posix libz-mingw-w64-dev dpkg-dev"
+wine="wine wine64 googletest"
 
-sets="build test arm64 macos farm"
+sets="build test arm64 macos farm windows wine"
 
 packages=""
 for set in "$@"; do

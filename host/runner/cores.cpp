@@ -1,24 +1,16 @@
 #include "host/runner/cores.h"
 
-#include <sched.h>
-
 #include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <sstream>
-#include <thread>
+
+#include "host/runner/platform.h"
 
 namespace zam::host {
 namespace {
 
 namespace fs = std::filesystem;
-
-int affine_cores() {
-    cpu_set_t set;
-    CPU_ZERO(&set);
-    if (sched_getaffinity(0, sizeof set, &set) == 0) return CPU_COUNT(&set);
-    return static_cast<int>(std::thread::hardware_concurrency());
-}
 
 // The group of the version 2 hierarchy: the line "0::/path".
 std::optional<std::string> group_in(const std::string& membership) {
@@ -59,7 +51,7 @@ int available_cores() {
     std::ostringstream membership;
     membership << file.rdbuf();
     const auto grant = granted_cores("/sys/fs/cgroup", membership.str());
-    const int cores = affine_cores();
+    const int cores = platform::usable_cores();
     return std::max(1, grant ? static_cast<int>(std::min<double>(cores, std::ceil(*grant))) : cores);
 }
 

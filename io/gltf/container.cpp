@@ -6,6 +6,7 @@
 #include <fstream>
 #include <optional>
 
+#include "host/utf8_path.h"
 #include "io/text.h"
 
 namespace zam::io::gltf {
@@ -269,8 +270,8 @@ std::string Container::file_bytes(const JsonValue& user, const JsonValue& uri, s
     if (std::any_of(decoded.begin(), decoded.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; }))
         throw error(uri, "the buffer's uri " + quote(decoded) + " holds control characters",
                     "give the name of a file in the scene's folder");
-    const fs::path name = decoded;
-    fs::path folder = fs::path(document_.file).parent_path();
+    const fs::path name = host::utf8_path(decoded);
+    fs::path folder = host::utf8_path(document_.file).parent_path();
     if (folder.empty()) folder = ".";
     std::error_code code;
     // Links are followed first, so that neither ".." nor a link leads out of the folder.

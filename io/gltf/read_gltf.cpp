@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <map>
 
+#include "host/utf8_path.h"
 #include "io/effect_layer.h"
 #include "io/gltf/layers.h"
 #include "io/text.h"
@@ -50,7 +51,7 @@ class GltfReader {
                                 nodes_.depth(index));
         LayerMaker maker(options_, nodes_, timeline);
         host::Composition& composition = scene_.composition;
-        composition.name = std::filesystem::path(name()).stem().string();
+        composition.name = host::utf8_path(name()).stem().string();
         composition.width = options_.width;
         composition.height = options_.height;
         composition.frame_rate = options_.frame_rate;

@@ -5,21 +5,34 @@
 #include <chrono>
 #include <filesystem>
 
-#include "io/images/exr_writer.h"
 #include "io/images/png_writer.h"
+#ifdef ZAM_EXR
+#include "io/images/exr_writer.h"
+#endif
+#ifdef ZAM_TIFF
 #include "io/images/tiff_writer.h"
+#endif
 
 namespace zam::io {
 namespace {
 
-bool write(const host::Frame& frame, const Metadata& metadata, const ImageOptions& options, WholeFile& file) {
-    switch (options.format) {
+using Writer = bool (*)(const host::Frame&, const Metadata&, const ImageOptions&, WholeFile&);
+
+// Null when there is none in this program.
+Writer writer_of(ImageFormat format) {
+    switch (format) {
+        case ImageFormat::png:
+            return write_png;
+#ifdef ZAM_EXR
         case ImageFormat::exr:
-            return write_exr(frame, metadata, options, file);
+            return write_exr;
+#endif
+#ifdef ZAM_TIFF
         case ImageFormat::tiff:
-            return write_tiff(frame, metadata, options, file);
+            return write_tiff;
+#endif
         default:
-            return write_png(frame, metadata, options, file);
+            return nullptr;
     }
 }
 
@@ -34,6 +47,8 @@ std::optional<ImageFormat> format_of(const std::string& file) {
     return std::nullopt;
 }
 
+bool can_write(ImageFormat format) { return writer_of(format) != nullptr; }
+
 std::vector<int> bits_of(ImageFormat format) {
     return format == ImageFormat::exr ? std::vector<int>{16, 32} : std::vector<int>{8, 16};
 }
@@ -46,6 +61,9 @@ WriteTimes write_image(const std::string& file, const host::Frame& frame, const 
         throw WriteError(file +
                          ": the frame has no pixels, or not as many as its size says\n"
                          "hint: the plug-in gave no image");
+    const Writer write = writer_of(options.format);
+    if (!write)
+        throw WriteError(file + ": this program was built without writing such files\nhint: write PNG files");
     const auto start = std::chrono::steady_clock::now();
     WholeFile whole(file);
     write(frame, metadata, options, whole);  // keep() tells of failures

@@ -11,6 +11,9 @@ namespace zam::io {
 // By the end of a file's name, in any case: .png, .exr, .tif, .tiff.
 [[nodiscard]] std::optional<ImageFormat> format_of(const std::string& file);
 
+// Whether this program was built to write such files.
+[[nodiscard]] bool can_write(ImageFormat format);
+
 // Bits per sample that a format takes, the usual ones first.
 [[nodiscard]] std::vector<int> bits_of(ImageFormat format);
 

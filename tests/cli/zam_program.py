@@ -11,6 +11,7 @@ import zlib
 
 # The program may be several words: an emulator, and the program.
 ROOT, PROGRAM = pathlib.Path(sys.argv[1]).resolve(), sys.argv[2:]
+WINDOWS = PROGRAM[-1].endswith(".exe")  # there it writes PNG files only
 
 SCENE = {
     "size": [32, 20], "duration": 12, "work_area": [3, 4],

@@ -5,9 +5,13 @@ import subprocess
 import sys
 
 
-def main(module, export_list):
+def global_names(export_list):
     text = re.sub(r"/\*.*?\*/", "", open(export_list).read(), flags=re.S)
-    wanted = set(re.findall(r"(\w+);", text.split("local:")[0]))
+    return set(re.findall(r"(\w+);", text.split("local:")[0]))
+
+
+def main(module, export_list):
+    wanted = global_names(export_list)
     symbols = subprocess.run(["nm", "-D", "--defined-only", module], capture_output=True, text=True, check=True)
     exported = {line.split()[-1] for line in symbols.stdout.splitlines() if line.strip()}
     for name in sorted(wanted - exported):

@@ -5,7 +5,11 @@
 
 #include "hostapi/effect.h"
 
+#ifdef _WIN32
+#define BROKEN_EXPORT extern "C" __declspec(dllexport)
+#else
 #define BROKEN_EXPORT extern "C" __attribute__((visibility("default")))
+#endif
 
 namespace broken {
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <numbers>
 
 #include "tests/unit/io/gltf_file.h"
 
@@ -49,7 +50,7 @@ TEST(GltfMotion, PointersMoveLightsCamerasAndNodes) {
         EXPECT_NEAR(a.intensity.at(24), 25, 1e-4);
         EXPECT_EQ(a.shadow_diffusion.at(11.9), 100.0);  // holds up to the step
         EXPECT_EQ(a.shadow_diffusion.at(12), 300.0);
-        EXPECT_NEAR(a.cone_angle.at(12), 1.2 * 180 / M_PI, 1e-4);
+        EXPECT_NEAR(a.cone_angle.at(12), 1.2 * 180 / std::numbers::pi, 1e-4);
         EXPECT_NEAR(a.cone_feather.at(12), (1 - 0.2 / 0.6) * 100, 1e-4);
     }
     EXPECT_NEAR(layer_named(scene, "B").transform.position.at(12).y, 180 - 100, 1e-4);

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <initializer_list>
 #include <limits>
+#include <numbers>
 #include <random>
 #include <stdexcept>
 #include <vector>
@@ -56,7 +57,7 @@ TEST(PointGlow, NaturalStraightAheadAndBehind) {
             Controls controls = linear();
             controls.softness = softness;
             const double k = softness + 1.0;
-            const double want = (M_PI + 2 * std::atan(z / k)) * std::pow(k, -0.75);
+            const double want = (std::numbers::pi + 2 * std::atan(z / k)) * std::pow(k, -0.75);
             // Far behind the camera pi and the arctangent cancel in the expected value.
             EXPECT_NEAR(strength({.pos = {0, 0, z}}, controls, 40, 30), want, 1e-15 + kExact * want);
         }
@@ -97,7 +98,7 @@ Light crossing_spot(double feather = 0.0) {
     return {.spot = true,
             .pos = {-100, 0, 300},
             .dir = {1, 0, 0},
-            .cone_angle = M_PI / 2,
+            .cone_angle = std::numbers::pi / 2,
             .cone_feather = feather};
 }
 
@@ -169,13 +170,17 @@ TEST(SpotLight, CapsOnTheAxis) {
 // A ray through the apex, 30 degrees off the axis: within the feather (22.5 to 45 degrees) from the apex to
 // the reach, with the same weight all along.  It meets the inner cone in the apex alone.
 TEST(SpotLight, ThroughTheApex) {
-    const double c = std::cos(M_PI / 6);
-    const Light light{
-        .spot = true, .pos = {0, 0, 300}, .dir = {0.5, 0, c}, .cone_angle = M_PI / 2, .cone_feather = 0.5};
+    const double c = std::cos(std::numbers::pi / 6);
+    const Light light{.spot = true,
+                      .pos = {0, 0, 300},
+                      .dir = {0.5, 0, c},
+                      .cone_angle = std::numbers::pi / 2,
+                      .cone_feather = 0.5};
     Controls controls = linear();
     controls.spot_model = SpotModel::kConstant;
     controls.start_distance = 0.0;
-    const double weight = (c - std::cos(M_PI / 4)) / (std::cos(M_PI / 8) - std::cos(M_PI / 4));
+    const double weight = (c - std::cos(std::numbers::pi / 4)) /
+                          (std::cos(std::numbers::pi / 8) - std::cos(std::numbers::pi / 4));
     EXPECT_NEAR(strength(light, controls, 40, 30), weight * 400 / c / 400, 1e-13);
 }
 

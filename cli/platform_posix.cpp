@@ -1,0 +1,43 @@
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <string>
+
+#include "cli/platform.h"
+
+namespace zam::cli::platform {
+
+void prepare_console() {}
+
+std::filesystem::path program_folder() {
+    std::error_code code;
+    return std::filesystem::read_symlink("/proc/self/exe", code).parent_path();
+}
+
+bool is_terminal(std::FILE* stream) {
+    const char* terminal = std::getenv("TERM");
+    const bool moves = terminal && std::string(terminal) != "dumb" && *terminal != '\0';
+    return isatty(fileno(stream)) && moves;
+}
+
+int terminal_columns(std::FILE* stream) {
+    winsize size{};
+    return ioctl(fileno(stream), TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
+}
+
+void on_first_interrupt(void (*handler)(int)) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction action {};
+        sigaction(signal, nullptr, &action);
+        if (action.sa_handler == SIG_IGN) continue;  // as nohup, and shells for background jobs, want it
+        action = {};
+        action.sa_handler = handler;
+        action.sa_flags = static_cast<int>(SA_RESETHAND) | SA_RESTART;
+        sigemptyset(&action.sa_mask);
+        sigaction(signal, &action, nullptr);
+    }
+}
+
+}  // namespace zam::cli::platform
