@@ -1,0 +1,179 @@
+// The checks that need no loading, on files of systems other than this one, too.
+#include "host/check/static_checks.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "tests/unit/host/check/small_files.h"
+
+namespace zam::host {
+namespace {
+
+namespace fs = std::filesystem;
+using ::testing::Contains;
+using ::testing::HasSubstr;
+using Order = ByteOrder;
+
+// A list for either system, with one thing changed.
+struct ListPlan {
+    std::string kind = "eFKT", name = "Glass", match = "Maker Glass", entry = "Entry";
+    bool flags = true, twice = false;
+};
+Bytes list_of(const ListPlan& plan, Order order) {
+    FileMaker list(order);
+    const bool windows = order == Order::little;
+    const auto counted = [&](const std::string& key, const std::string& text) {
+        Bytes data{static_cast<std::uint8_t>(text.size())};
+        data.insert(data.end(), text.begin(), text.end());
+        list.property(key, data, windows);
+    };
+    Bytes kind(plan.kind.begin(), plan.kind.end());
+    if (windows) std::reverse(kind.begin(), kind.end());
+    const std::size_t head = windows ? 2 : 0;
+    if (windows) list.put(0, 1, 2);
+    list.put(head + 4, (windows ? 5U : 6U) + (plan.flags ? 3U : 0U) + (plan.twice ? 1U : 0U), 4);
+    list.property("kind", kind, windows);
+    counted("name", plan.name);
+    if (plan.twice) counted("name", plan.name);
+    counted("catg", "Glass");
+    counted("eMNA", plan.match);
+    Bytes entry(plan.entry.begin(), plan.entry.end());
+    entry.push_back(0);
+    if (windows) {
+        list.property("8664", entry, true);
+    } else {
+        counted("mi64", plan.entry);
+        counted("ma64", plan.entry);
+    }
+    if (plan.flags)
+        for (const char* key : {"eVER", "eGLO", "eGL2"}) list.property(key, {1, 2, 3, 4}, windows);
+    return list.bytes;
+}
+
+class StaticChecks : public ::testing::Test {
+  protected:
+    StaticChecks() { fs::create_directories(folder); }
+    ~StaticChecks() override { fs::remove_all(folder); }
+
+    std::string write(const fs::path& name, const Bytes& bytes) const {
+        fs::create_directories((folder / name).parent_path());
+        std::ofstream(folder / name, std::ios::binary)
+            .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+        return (folder / name).string();
+    }
+    std::string write(const fs::path& name, const std::string& text) const {
+        return write(name, Bytes(text.begin(), text.end()));
+    }
+    // The small Windows library with another property list in it.
+    std::string aex(const ListPlan& plan) const {
+        Bytes file = small_windows_library();
+        const Bytes list = list_of(plan, Order::little);
+        std::copy(list.begin(), list.end(), file.begin() + 0x380);
+        file[0x364] = static_cast<std::uint8_t>(list.size());
+        file[0x365] = static_cast<std::uint8_t>(list.size() >> 8);
+        return write("small.aex", file);
+    }
+    std::string bundle(const std::string& type, const std::string& executable) const {
+        const fs::path contents = fs::path("Glass.plugin") / "Contents";
+        write(contents / "Info.plist", "<key>CFBundlePackageType</key>\n<string>" + type +
+                                           "</string><key>CFBundleSignature</key><string>FXTC</string>"
+                                           "<key>CFBundleExecutable</key><string>" +
+                                           executable + "</string>");
+        write(contents / "PkgInfo", "eFKTFXTC");
+        write(contents / "MacOS" / "Glass", small_macos_library());
+        const Bytes list = list_of({}, Order::big);
+        Bytes file = small_resource_file(list);
+        write(contents / "Resources" / "Glass.rsrc", file);
+        return (folder / "Glass.plugin").string();
+    }
+
+    const fs::path folder =
+        fs::temp_directory_path() /
+        (std::string("zam-test-") + ::testing::UnitTest::GetInstance()->current_test_info()->name());
+};
+
+std::vector<Check> failed(const Report& report) {
+    std::vector<Check> all;
+    for (int i = 0; i < static_cast<int>(Check::count_); ++i)
+        if (report.failed(static_cast<Check>(i))) all.push_back(static_cast<Check>(i));
+    return all;
+}
+
+TEST_F(StaticChecks, OfAWindowsLibraryGoByItsPropertyList) {
+    ListPlan sound;
+    sound.entry = "Other";  // one of the two that it exports
+    Report report;
+    const StaticResult result = check_without_loading(aex(sound), report);
+    EXPECT_EQ(failed(report), std::vector<Check>{});
+    EXPECT_EQ(report.kind, "Windows library, x86-64");
+    EXPECT_EQ(result.entry, "Other");
+    ASSERT_TRUE(result.words);
+    EXPECT_EQ(result.words->out_flags, 0x04030201U);
+
+    const struct {
+        void (*change)(ListPlan&);
+        Check check;
+        const char* detail;
+    } cases[] = {
+        {[](ListPlan& plan) { plan.kind = "AEgx"; }, Check::property_list, "its kind is \"AEgx\""},
+        {[](ListPlan& plan) { plan.name = ""; }, Check::property_list, "no property name gives a name"},
+        {[](ListPlan& plan) { plan.match = std::string(32, 'm'); }, Check::property_list, "more than 31"},
+        {[](ListPlan& plan) { plan.entry = ""; }, Check::property_list, "no property 8664 names"},
+        {[](ListPlan& plan) { plan.flags = false; }, Check::property_list, "not all are there"},
+        {[](ListPlan& plan) { plan.twice = true; }, Check::property_list, "property name is there twice"},
+        {[](ListPlan& plan) { plan.entry = "Main"; }, Check::entry, "exports no Main among its 2 names"},
+    };
+    for (const auto& each : cases) {
+        ListPlan plan = sound;
+        each.change(plan);
+        Report found;
+        check_without_loading(aex(plan), found);
+        EXPECT_THAT(failed(found), Contains(each.check));
+        EXPECT_THAT(found[each.check].details, Contains(HasSubstr(each.detail)));
+    }
+}
+
+TEST_F(StaticChecks, OfAWindowsLibraryGoByItsHeaders) {
+    const struct {
+        std::size_t at;
+        std::uint8_t byte;
+        Check check;
+        const char* detail;
+    } cases[] = {
+        {0x44, 0x00, Check::processor, "it is built for"},
+        {0x57, 0x00, Check::library, "no loadable library"},
+        {0x372, 'X', Check::property_list, "there is none"},  // another type of resource
+        {0x200 + 24, 0, Check::entry, "exports no"},
+    };
+    for (const auto& each : cases) {
+        Bytes file = small_windows_library();
+        file[each.at] = each.byte;
+        Report report;
+        check_without_loading(write("small.aex", file), report);
+        EXPECT_THAT(report[each.check].details, Contains(HasSubstr(each.detail)));
+    }
+}
+
+TEST_F(StaticChecks, OfAMacosBundleGoByItsFiles) {
+    Report sound;
+    const StaticResult result = check_without_loading(bundle("eFKT", "Glass"), sound);
+    EXPECT_EQ(failed(sound), std::vector<Check>{});
+    EXPECT_EQ(sound.kind, "macOS library, x86-64, arm64");
+    EXPECT_EQ(result.entry, "Entry");
+
+    Report type, outside, bare;
+    check_without_loading(bundle("BNDL", "Glass"), type);
+    EXPECT_EQ(failed(type), std::vector<Check>{Check::bundle});
+    EXPECT_EQ(type[Check::bundle].details.size(), 2U);  // PkgInfo is another, too
+    check_without_loading(bundle("eFKT", "../../small.aex"), outside);
+    EXPECT_THAT(outside[Check::bundle].details, Contains("CFBundleExecutable names no file"));
+    fs::remove(bundle("eFKT", "Glass") + "/Contents/Resources/Glass.rsrc");
+    check_without_loading((folder / "Glass.plugin").string(), bare);
+    EXPECT_THAT(failed(bare), Contains(Check::property_list));
+}
+
+}  // namespace
+}  // namespace zam::host
