@@ -1,18 +1,10 @@
 #pragma once
 // One frame into one image file.
-#include <optional>
 #include <string>
-#include <vector>
 
 #include "io/images/image.h"
 
 namespace zam::io {
-
-// By the end of a file's name, in any case: .png, .exr, .tif, .tiff.
-[[nodiscard]] std::optional<ImageFormat> format_of(const std::string& file);
-
-// Bits per sample that a format takes, the usual ones first.
-[[nodiscard]] std::vector<int> bits_of(ImageFormat format);
 
 // How long the work took, on the wall's clock.
 struct WriteTimes {
