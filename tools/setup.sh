@@ -1,11 +1,12 @@
 #!/bin/sh
-# setup.sh build [test] [arm64]: installs the Debian packages that building, testing, and doing so for 64-bit ARM, need.
-# Does nothing when all are there.
+# setup.sh build [test] [fuzz] [arm64]: installs the Debian packages that building, testing, fuzzing, and testing for
+# 64-bit ARM, need. Does nothing when all are there.
 set -eu
 
 build="build-essential cmake ninja-build libcli11-dev nlohmann-json3-dev libpng-dev libopenexr-dev libtiff-dev libisal-dev
     libxxhash-dev"
 test="libgtest-dev libgmock-dev python3 python3-jsonschema clang-format nodejs node-acorn"
+fuzz="clang-14 libclang-rt-14-dev"
 arm64="g++-aarch64-linux-gnu qemu-user libstdc++6:arm64 libpng-dev:arm64 libtiff-dev:arm64
     libopenexr-3-1-30:arm64 libgtest-dev:arm64 libgmock-dev:arm64"
 
@@ -14,8 +15,9 @@ for set in "$@"; do
     case $set in
         build) packages="$packages $build" ;;
         test) packages="$packages $test" ;;
+        fuzz) packages="$packages $fuzz" ;;
         arm64) packages="$packages $arm64" ;;
-        *) echo "setup.sh: unknown set '$set'; there are: build test arm64" >&2; exit 2 ;;
+        *) echo "setup.sh: unknown set '$set'; there are: build test fuzz arm64" >&2; exit 2 ;;
     esac
 done
 
