@@ -1,9 +1,10 @@
 # Thin: every target installs what it needs and calls a CMake preset.
 JOBS ?= $(shell nproc)
 OUT ?= out
+FUZZ_SECONDS ?= 60
 
-.PHONY: help demo test test-arm64 test-farm windows test-windows macos-linux package bench bench-road sanitize manual \
-        format-check format setup-build setup-test setup-farm release clean
+.PHONY: help demo test test-arm64 test-farm windows test-windows macos-linux package bench bench-road sanitize fuzz \
+        manual format-check format setup-build setup-test setup-farm release clean
 
 help:
 	@echo "make demo          install what it needs, build, render two real scenes to $(OUT)/"
@@ -17,6 +18,7 @@ help:
 	@echo "make bench         measure the renderer against a plain scalar one, in one run"
 	@echo "make bench-road    measure the program from scene to files, stage by stage"
 	@echo "make sanitize      the same tests under the address and undefined-behaviour sanitizers"
+	@echo "make fuzz          hostile files and command lines for every reader, FUZZ_SECONDS ($(FUZZ_SECONDS)) each"
 	@echo "make manual        weave the controls into docs/manual.md and docs/presets.md, and redraw their pictures"
 	@echo "make format-check  are all sources laid out as .clang-format says?"
 
@@ -66,6 +68,12 @@ sanitize: setup-test
 	cmake --preset asan
 	cmake --build --preset asan -j $(JOBS)
 	ctest --preset asan -j $(JOBS)
+
+fuzz:
+	@tools/setup.sh build fuzz
+	cmake --preset fuzz
+	cmake --build --preset fuzz -j $(JOBS)
+	tests/fuzz/run.sh build/fuzz/tests/fuzz $(FUZZ_SECONDS)
 
 release:
 	cmake --preset release -DZAM_TESTS=OFF

@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
+#include "host/composition/printable.h"
+
 namespace zam::cli {
 namespace {
 
@@ -37,7 +39,7 @@ std::vector<std::string> message_lines(const std::string& text) {
     std::vector<std::string> lines;
     for (std::size_t at = 0; at <= text.size();) {
         const std::size_t end = std::min(text.find('\n', at), text.size());
-        if (end > at) lines.push_back(text.substr(at, end - at));
+        if (end > at) lines.push_back(host::printable(std::string_view(text).substr(at, end - at)));
         at = end + 1;
     }
     if (lines.size() == 1)
@@ -53,8 +55,9 @@ bool telling_in_json() { return g_json; }
 
 void print_event(const nlohmann::ordered_json& event) {
     // File names may be no UTF-8.
-    const std::string line = event.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
-    std::fputs(line.c_str(), stderr);
+    const std::string line = event.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+    // JSON lets some control characters stand; they are within its texts alone.
+    std::fprintf(stderr, "%s\n", host::printable(line).c_str());
     std::fflush(stderr);
 }
 

@@ -7,7 +7,7 @@
 
 namespace zam::cli {
 
-// The lines of a message. A way out stands in a line of its own that begins with "hint: ", or behind the last
+// The lines of a message, printable. A way out stands in a line of its own that begins with "hint: ", or behind the last
 // "; " of a one-line text.
 [[nodiscard]] std::vector<std::string> message_lines(const std::string& text);
 

@@ -2,10 +2,12 @@
 
 #include <CLI/CLI.hpp>
 #include <charconv>
+#include <cstdlib>
 
 #include "cli/exit_code.h"
 #include "cli/messages.h"
 #include "io/read_scene.h"
+#include "io/text.h"
 #include "io/values.h"
 
 namespace zam::cli {
@@ -29,13 +31,24 @@ void parse_size(const std::string& text, io::GltfOptions& options) {
     options.height = height;
 }
 
+// The parser's own range lets "nan" pass, which is neither below nor above anything.
+CLI::Validator within(double least, double most) {
+    return {[least, most](std::string& text) {
+                const double number = std::strtod(text.c_str(), nullptr);
+                if (number >= least && number <= most) return std::string();
+                return "this is no number from " + io::format_number(least) + " to " +
+                       io::format_number(most);
+            },
+            ""};
+}
+
 // "auto" or a number of candela
 void parse_light_scale(const std::string& text, io::GltfOptions& options) {
     if (text == "auto") return;
     double candela = 0.0;
     const char* end = text.data() + text.size();
     const auto read = std::from_chars(text.data(), end, candela);
-    if (read.ec != std::errc() || read.ptr != end || !(candela > 0.0) || !(candela <= 1e12))
+    if (read.ec != std::errc() || read.ptr != end || !(candela >= 1e-12) || !(candela <= 1e12))
         throw UsageError("--light-scale " + text +
                          ": this is no light scale\nhint: write auto, or how many candela make 100 %");
     options.light_scale = candela;
@@ -68,10 +81,10 @@ void add_scene_options(CLI::App& command, SceneOptions& options) {
     const char* gltf = "glTF scenes";
     add("--size", options.size, "WxH", "Size of the composition [1920x1080]")->group(gltf);
     add("--fps", options.frame_rate, "NUMBER", "Frames per second [24]")
-        ->check(CLI::Range(1.0, 999.0))
+        ->check(within(1.0, 999.0))
         ->group(gltf);
     add("--pixels-per-metre", options.pixels_per_metre, "NUMBER", "Pixels for a metre [100]")
-        ->check(CLI::Range(0.001, 100000.0))
+        ->check(within(0.001, 100000.0))
         ->group(gltf);
     add("--light-scale", options.light_scale, "auto|CANDELA",
         "Candela that make 100 %; auto: those of the brightest light [auto]")

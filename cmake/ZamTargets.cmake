@@ -31,6 +31,10 @@ if(ZAM_SANITIZE)
     target_link_options(zam_flags INTERFACE -fsanitize=${ZAM_SANITIZE})
 endif()
 
+if(ZAM_FUZZ)  # counts which branches an input takes
+    target_compile_options(zam_flags INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 # zam_library(NAME SOURCES file... USES target...): a static library of one folder, and all that it may use.
 function(zam_library name)
     cmake_parse_arguments(arg "" "" "SOURCES;USES" ${ARGN})

@@ -17,6 +17,7 @@ namespace {
 
 using Json = nlohmann::json;
 
+constexpr std::size_t kLongestName = 100;     // bytes of a name in a pointer before it is cut
 constexpr std::size_t kMembersToSearch = 32;  // above this find() goes by order
 
 // Follows the characters that the parser consumes and remembers where the last token of each sort began. A
@@ -209,7 +210,8 @@ class TreeBuilder {
 
 std::string escaped(const std::string& name) {
     std::string result;
-    for (const char c : name) result += c == '~' ? "~0" : c == '/' ? "~1" : std::string(1, c);
+    for (const char c : printable(shorten(name, kLongestName)))
+        result += c == '~' ? "~0" : c == '/' ? "~1" : std::string(1, c);
     return result;
 }
 

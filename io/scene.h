@@ -18,8 +18,8 @@ struct Scene {
 struct GltfOptions {
     int width = 1920, height = 1080;    // of the composition, pixels
     host::Ratio frame_rate{24, 1};      // frames per second
-    double pixels_per_metre = 100.0;    // > 0
-    std::optional<double> light_scale;  // candela that make 100 %, > 0; none: those of the brightest light
+    double pixels_per_metre = 100.0;    // 0.001 to 100,000
+    std::optional<double> light_scale;  // candela for 100 %, 1e-12 to 1e12; none: the brightest light
     std::string camera;                 // name of the camera to look through; empty: the first
 };
 

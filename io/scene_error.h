@@ -3,6 +3,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "host/composition/printable.h"
+
 namespace zam::io {
 
 // Where something stands in a text file; both count from 1, and line 0 stands for the file as a whole.
@@ -16,10 +18,10 @@ class SceneError : public std::runtime_error {
     SceneError(const std::string& file, Place place, const std::string& text, const std::string& hint)
         : std::runtime_error(describe(file, place) + ": " + text + "\nhint: " + hint) {}
 
-    // "file:line:column", or the file's name alone.
+    // "file:line:column", or the file's name alone; printable.
     static std::string describe(const std::string& file, Place place) {
-        if (place.line == 0) return file;
-        return file + ":" + std::to_string(place.line) + ":" + std::to_string(place.column);
+        if (place.line == 0) return host::printable(file);
+        return host::printable(file) + ":" + std::to_string(place.line) + ":" + std::to_string(place.column);
     }
 };
 

@@ -8,8 +8,7 @@
 namespace zam::io {
 namespace {
 
-constexpr std::size_t kLongestQuote = 60;  // bytes of a quoted text before it is cut
-constexpr std::size_t kLongestWord = 64;   // longer words are not compared: the cost is quadratic
+constexpr std::size_t kLongestWord = 64;  // longer words are not compared: the cost is quadratic
 
 std::string lower(std::string_view text) {
     std::string result(text);
@@ -50,26 +49,6 @@ std::string nearest(std::string_view word, const std::vector<std::string>& candi
         }
     }
     return best;
-}
-
-std::string shorten(std::string_view text, std::size_t longest) {
-    if (text.size() <= longest) return std::string(text);
-    std::size_t length = longest;
-    while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80) --length;
-    return std::string(text.substr(0, length)) + "...";
-}
-
-std::string quote(std::string_view text) {
-    std::string result = "\"";
-    result.append(shorten(text, kLongestQuote)).append("\"");
-    for (std::size_t i = 0; i < result.size(); ++i) {
-        const auto c = static_cast<unsigned char>(result[i]);
-        if (c < 0x20 || c == 0x7F) result[i] = '?';
-        // U+0080 to U+009F are control characters as well; terminals obey some of them.
-        if (c == 0xC2 && i + 1 < result.size() && static_cast<unsigned char>(result[i + 1]) < 0xA0)
-            result.replace(i, 2, "?");
-    }
-    return result;
 }
 
 std::string format_number(double value) {

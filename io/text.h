@@ -4,16 +4,16 @@
 #include <string_view>
 #include <vector>
 
+#include "host/composition/printable.h"
+
 namespace zam::io {
 
 // The candidate that `word` most likely was meant to be; empty when none is near. Case does not count.
 [[nodiscard]] std::string nearest(std::string_view word, const std::vector<std::string>& candidates);
 
-// At most `longest` bytes of UTF-8, never cut inside of a character, and "..." for what is left out.
-[[nodiscard]] std::string shorten(std::string_view text, std::size_t longest);
-
-// `text` in double quotes, fit for a terminal: control characters replaced, long texts cut.
-[[nodiscard]] std::string quote(std::string_view text);
+using host::printable;
+using host::quote;
+using host::shorten;
 
 // As short as it reads back the same to ten digits: 190, 0.25, 1e+12.
 [[nodiscard]] std::string format_number(double value);

@@ -11,7 +11,7 @@ void JournalWriter::words(const ReportedWords& words) {
 }
 
 void JournalWriter::line(std::string_view verb, std::string_view check, const std::string& text) {
-    file_ << verb << '\t' << check << '\t' << printable(text) << '\n' << std::flush;
+    file_ << verb << '\t' << check << '\t' << escaped(text) << '\n' << std::flush;
 }
 
 JournalEnd read_journal(const std::string& path, Report& report) {

@@ -63,9 +63,9 @@ std::optional<Bundle> read_bundle(const fs::path& folder, Report& report) {
     const std::string type = plist_value(plist, "CFBundlePackageType");
     const std::string signature = plist_value(plist, "CFBundleSignature");
     if (type != "eFKT")
-        report.fail(Check::bundle, "CFBundlePackageType is \"" + printable(type) + "\" and not eFKT");
+        report.fail(Check::bundle, "CFBundlePackageType is \"" + escaped(type) + "\" and not eFKT");
     if (const std::string info = small_text(contents / "PkgInfo"); info != type + signature)
-        report.fail(Check::bundle, "Contents/PkgInfo is not \"" + printable(type + signature) + "\"");
+        report.fail(Check::bundle, "Contents/PkgInfo is not \"" + escaped(type + signature) + "\"");
     const std::string name = plist_value(plist, "CFBundleExecutable");
     if (name.empty() || name.find('/') != std::string::npos || name == "..") {
         report.fail(Check::bundle, "CFBundleExecutable names no file");

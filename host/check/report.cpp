@@ -70,7 +70,7 @@ bool Report::failed() const {
                        [](const Finding& finding) { return finding.verdict == Verdict::failed; });
 }
 
-std::string printable(std::string_view text) {
+std::string escaped(std::string_view text) {
     std::string result;
     for (const char c : text) {
         if (c >= ' ' && c <= '~') {

@@ -71,7 +71,7 @@ class Report {
     std::vector<Finding> findings_;
 };
 
-// Without what a terminal or another program could take amiss.
-[[nodiscard]] std::string printable(std::string_view text);
+// In ASCII, every other byte as \xHH: what a terminal or the reader of a line could take amiss.
+[[nodiscard]] std::string escaped(std::string_view text);
 
 }  // namespace zam::host

@@ -154,7 +154,7 @@ class Checker {
     void check_properties(const PropertyList& list) {
         const auto fail = [&](const std::string& text) { report_.fail(Check::property_list, text); };
         if (list.code("kind") != "eFKT")
-            fail("its kind is \"" + printable(list.code("kind").value_or("")) + "\" and not eFKT, an effect");
+            fail("its kind is \"" + escaped(list.code("kind").value_or("")) + "\" and not eFKT, an effect");
         const ByteOrder wanted = library_.format == Format::windows ? ByteOrder::little : ByteOrder::big;
         if (list.order != wanted) fail("its numbers are in the byte order of the other platform");
         check_name(list, "name", "name", 47);
@@ -163,7 +163,7 @@ class Checker {
         for (std::size_t i = 0; i < list.properties.size(); ++i)
             for (std::size_t k = 0; k < i; ++k)
                 if (list.properties[i].key == list.properties[k].key)
-                    fail("property " + printable(list.properties[i].key) + " is there twice");
+                    fail("property " + escaped(list.properties[i].key) + " is there twice");
         const auto version = list.number("eVER"), flags = list.number("eGLO"), flags2 = list.number("eGL2");
         if (!version || !flags || !flags2) {
             fail("of eVER, eGLO and eGL2, the version and flags, not all are there");
@@ -188,9 +188,8 @@ class Checker {
         if (!name || name->empty())
             report_.fail(Check::property_list, "no property " + key + " gives a " + what);
         else if (name->size() > longest)
-            report_.fail(Check::property_list, "the " + what + " \"" + printable(*name) +
-                                                   "\" has more than " + std::to_string(longest) +
-                                                   " characters");
+            report_.fail(Check::property_list, "the " + what + " \"" + escaped(*name) + "\" has more than " +
+                                                   std::to_string(longest) + " characters");
     }
 
     void check_entry() {
@@ -200,7 +199,7 @@ class Checker {
                 report_.skip(Check::entry, "its section table is gone; loading it will tell");
             else if (std::find(names.begin(), names.end(), result_.entry) == names.end())
                 report_.fail(Check::entry, "the code for " + slice.processor + " exports no " +
-                                               printable(result_.entry) + " among its " +
+                                               escaped(result_.entry) + " among its " +
                                                std::to_string(names.size()) + " names");
             else
                 report_.pass(Check::entry);

@@ -6,10 +6,13 @@
 #include <cstdio>
 #include <optional>
 
-#include "host/runner/params_store.h"
+#include "host/composition/printable.h"
 
 namespace zam::host {
 namespace {
+
+constexpr std::size_t kLongestWord = 64;  // longer words are not compared: the cost is quadratic
+constexpr std::size_t kMostOffered = 30;  // of what there is instead
 
 // Edits (insert, delete, replace one character) that turn one text into the other.
 std::size_t edit_distance(const std::string& a, const std::string& b) {
@@ -34,8 +37,6 @@ std::string folded(std::string text) {
     return text;
 }
 
-std::string quoted(const std::string& text) { return "\"" + text + "\""; }
-
 struct Candidate {
     std::string text;   // that a user may have meant
     std::string shown;  // and what to write for it
@@ -53,17 +54,22 @@ std::string hint_from(const std::string& text, const std::vector<Candidate>& kno
     std::vector<std::string> all;
     std::size_t nearest = std::max<std::size_t>(2, text.size() / 3) + 1;
     for (const Candidate& candidate : known) {
-        const std::size_t distance = edit_distance(folded(text), folded(candidate.text));
+        const bool comparable = text.size() <= kLongestWord && candidate.text.size() <= kLongestWord;
+        const std::size_t distance =
+            comparable ? edit_distance(folded(text), folded(candidate.text)) : nearest;
         if (distance < nearest) {
             nearest = distance;
             best = candidate.shown;
         }
+        if (all.size() > kMostOffered) continue;
         if (std::find(all.begin(), all.end(), candidate.shown) == all.end()) all.push_back(candidate.shown);
     }
-    if (!best.empty()) return "; did you mean " + quoted(best) + "?";
+    if (!best.empty()) return "; did you mean " + quote(best) + "?";
     if (all.empty()) return "; there are none";
     std::string list;
-    for (const std::string& shown : all) list += (list.empty() ? "; there are " : ", ") + quoted(shown);
+    for (std::size_t i = 0; i < std::min(all.size(), kMostOffered); ++i)
+        list += (list.empty() ? "; there are " : ", ") + quote(all[i]);
+    if (all.size() > kMostOffered) list += " and more";
     return list;
 }
 
@@ -101,7 +107,7 @@ double popup_value(const Control& control, const ControlValue& value) {
         for (std::size_t i = 0; i < control.choices.size(); ++i) {
             if (folded(control.choices[i]) == folded(*text)) return static_cast<double>(i + 1);
         }
-        throw ControlError("has no choice " + quoted(*text) + hint_from(*text, candidates(control.choices)));
+        throw ControlError("has no choice " + quote(*text) + hint_from(*text, candidates(control.choices)));
     }
     const double* number = std::get_if<double>(&value);
     const auto choices = static_cast<double>(control.choices.size());
@@ -136,14 +142,14 @@ double layer_value(const ControlValue& value, const Composition& composition) {
         names.push_back(name);
         if (name != *text) continue;
         if (found) {
-            throw ControlError("two layers are called " + quoted(*text) + "; use an id: " +
+            throw ControlError("two layers are called " + quote(*text) + "; use an id: " +
                                std::to_string(found->id) + " or " + std::to_string(layer.id));
         }
         found = &layer;
     }
     if (found) return found->id;
     if (text->empty() || folded(*text) == "none") return 0.0;
-    throw ControlError("no layer is called " + quoted(*text) + hint_from(*text, candidates(names)));
+    throw ControlError("no layer is called " + quote(*text) + hint_from(*text, candidates(names)));
 }
 
 double plain_value(const Control& control, const ControlValue& value, const Composition& composition) {
@@ -154,6 +160,16 @@ double plain_value(const Control& control, const ControlValue& value, const Comp
 }
 
 }  // namespace
+
+bool holds_value(PF_ParamType type) {
+    return interpolates(type) || type == PF_Param_CHECKBOX || type == PF_Param_POPUP ||
+           type == PF_Param_LAYER;
+}
+
+bool interpolates(PF_ParamType type) {
+    return type == PF_Param_SLIDER || type == PF_Param_FIX_SLIDER || type == PF_Param_FLOAT_SLIDER ||
+           type == PF_Param_ANGLE;
+}
 
 const Control& find_control(const std::vector<Control>& controls, const std::string& text) {
     std::vector<Candidate> known;
@@ -172,14 +188,13 @@ const Control& find_control(const std::vector<Control>& controls, const std::str
     if (matches.size() == 1) return *matches[0];
     if (matches.empty()) {
         if (!text.empty() && text[0] == '#') {
-            throw ControlError("no control has the id " + quoted(text) +
-                               "; ids are \"#\" and a whole number");
+            throw ControlError("no control has the id " + quote(text) + "; ids are \"#\" and a whole number");
         }
-        throw ControlError("no control is called " + quoted(text) + hint_from(text, known));
+        throw ControlError("no control is called " + quote(text) + hint_from(text, known));
     }
     std::string places;
-    for (const Control* match : matches) places += (places.empty() ? "" : " or ") + quoted(path_of(*match));
-    throw ControlError(std::to_string(matches.size()) + " controls are called " + quoted(text) + "; use " +
+    for (const Control* match : matches) places += (places.empty() ? "" : " or ") + quote(path_of(*match));
+    throw ControlError(std::to_string(matches.size()) + " controls are called " + quote(text) + "; use " +
                        places);
 }
 
@@ -188,7 +203,7 @@ ResolvedSetting resolve_setting(const std::vector<Control>& controls, const Cont
     std::string place = setting.where.empty() ? "" : setting.where + ": ";
     try {
         const Control& control = find_control(controls, setting.control);
-        place += "control " + quoted(setting.control) + ": ";
+        place += "control " + quote(setting.control) + ": ";
         if (setting.value.varies() && (control.flags & PF_ParamFlag_CANNOT_TIME_VARY)) {
             throw ControlError("cannot be animated; give it one value");
         }

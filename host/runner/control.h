@@ -26,6 +26,11 @@ struct Control {
     PF_ParamDef definition{};  // as added; its string pointers are null
 };
 
+// Has it a value at all, as groups have none?
+[[nodiscard]] bool holds_value(PF_ParamType type);
+// True for controls whose values pass from key to key without steps.
+[[nodiscard]] bool interpolates(PF_ParamType type);
+
 // A setting that names no control, or a value that a control cannot take. The text ends in a hint.
 struct ControlError : std::runtime_error {
     using std::runtime_error::runtime_error;

@@ -124,16 +124,6 @@ void report_oddities(const Control& control, const PF_ParamDef& definition,
 
 }  // namespace
 
-bool holds_value(PF_ParamType type) {
-    return interpolates(type) || type == PF_Param_CHECKBOX || type == PF_Param_POPUP ||
-           type == PF_Param_LAYER;
-}
-
-bool interpolates(PF_ParamType type) {
-    return type == PF_Param_SLIDER || type == PF_Param_FIX_SLIDER || type == PF_Param_FLOAT_SLIDER ||
-           type == PF_Param_ANGLE;
-}
-
 void ParamsStore::add(PF_ParamIndex index, const PF_ParamDef* definition, Ledger& ledger) {
     if (!definition) throw Misuse{"null definition", PF_Err_BAD_CALLBACK_PARAM};
     if (index != -1 && index != count() + 1)

@@ -48,8 +48,4 @@ class ParamsStore {
     std::vector<int> ui_updates_;
 };
 
-[[nodiscard]] bool holds_value(PF_ParamType type);
-// True for controls whose values pass from key to key without steps.
-[[nodiscard]] bool interpolates(PF_ParamType type);
-
 }  // namespace zam::host

@@ -6,11 +6,6 @@
 #include "host/utf8_path.h"
 
 namespace zam::host {
-namespace {
-
-
-}  // namespace
-
 Plugin::Plugin(const std::string& path, const std::string& entry_point) : path_(path) {
     std::error_code error;
     if (!std::filesystem::exists(utf8_path(path), error)) {

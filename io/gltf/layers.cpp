@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "io/euler.h"
+#include "io/gltf/bounds.h"
 
 namespace zam::io::gltf {
 namespace {
@@ -19,7 +20,8 @@ Vec3 turned(const Vec3& v) { return {v.x, -v.y, -v.z}; }
 }  // namespace
 
 // A layer at a node's place, with keys when the node moves.
-host::Layer LayerMaker::place(std::size_t node, host::LayerKind kind, const std::string& name) {
+host::Layer LayerMaker::place(std::size_t node, host::LayerKind kind, const std::string& name,
+                              bool* confined) {
     host::Layer layer;
     layer.id = next_id_++;
     layer.kind = kind;
@@ -33,9 +35,10 @@ host::Layer LayerMaker::place(std::size_t node, host::LayerKind kind, const std:
         const double seconds = timeline_.seconds(frame);
         const Placement axes = nodes_.world_axes(node, seconds);
         // A composition's lights and cameras look along their +z, glTF's along -z; y is turned alike.
-        orientation =
-            orientation_of({turned(axes.x), turned(axes.y * -1.0), turned(axes.z * -1.0)}, orientation);
-        positions.add(frame, position(nodes_.world(node, seconds).origin));
+        orientation = bounded(
+            orientation_of({turned(axes.x), turned(axes.y * -1.0), turned(axes.z * -1.0)}, orientation),
+            confined);
+        positions.add(frame, bounded(position(nodes_.world(node, seconds).origin), confined));
         orientations.add(frame, orientation);
     }
     layer.transform.position = positions.take();
@@ -52,7 +55,8 @@ Vec3 LayerMaker::position(const Vec3& metres) const {
 
 host::Layer LayerMaker::light(std::size_t node, const LightDefinition& definition, const LightMotion& motion,
                               bool* confined) {
-    host::Layer layer = place(node, host::LayerKind::light, name_of(node, definition.name, "Light"));
+    host::Layer layer =
+        place(node, host::LayerKind::light, name_of(node, definition.name, "Light"), confined);
     layer.light.type = definition.type;
     // Point lights shine alike to all sides; a composition's have no orientation.
     if (definition.type == host::LightType::point) layer.transform.orientation = Vec3{};
@@ -80,7 +84,8 @@ void LayerMaker::shine(std::size_t node, const LightMotion& motion, host::LightS
         colors.add(frame, values.color);
         intensities.add(frame, visible ? values.intensity : 0.0, frame > 0 && visible != was_visible);
         was_visible = visible;
-        ranges.add(frame, values.range * options_.pixels_per_metre);
+        // A light that reaches further reaches everything.
+        ranges.add(frame, std::min(values.range * options_.pixels_per_metre, kLargest));
         if (light->type != host::LightType::spot) continue;
         angles.add(frame, 2.0 * values.outer_angle * kDegrees);
         feathers.add(frame, (1.0 - values.inner_angle / values.outer_angle) * 100.0);
@@ -99,17 +104,15 @@ void LayerMaker::shine(std::size_t node, const LightMotion& motion, host::LightS
 
 host::Layer LayerMaker::camera(std::size_t node, const CameraDefinition& definition,
                                const std::optional<Track>& yfov, bool* confined) {
-    host::Layer layer = place(node, host::LayerKind::camera, name_of(node, definition.name, "Camera"));
+    host::Layer layer =
+        place(node, host::LayerKind::camera, name_of(node, definition.name, "Camera"), confined);
     const Variation variation = variation_of(yfov);
     timeline_.count_work(timeline_.frames(variation));
     Samples<double> zooms(variation);
     for (int frame = 0; frame < timeline_.frames(variation); ++frame) {
-        double angle = definition.yfov;
-        if (yfov) {
-            const double told = yfov->at(timeline_.seconds(frame))[0];
-            angle = std::clamp(told, kNarrowestView, std::numbers::pi - kNarrowestView);
-            if (angle != told) *confined = true;
-        }
+        const double told = yfov ? yfov->at(timeline_.seconds(frame))[0] : definition.yfov;
+        const double angle = std::clamp(told, kNarrowestView, std::numbers::pi - kNarrowestView);
+        if (angle != told) *confined = true;
         zooms.add(frame, options_.height / (2.0 * std::tan(angle / 2.0)));
     }
     layer.camera.zoom = zooms.take();

@@ -16,7 +16,7 @@ class LayerMaker {
     LayerMaker(const GltfOptions& options, const NodeTree& nodes, Timeline& timeline)
         : options_(options), nodes_(nodes), timeline_(timeline) {}
 
-    // Intensities are in candela, or lux for parallel lights. `confined` is set when an animated value left its
+    // Intensities are in candela, or lux for parallel lights. `confined` is set when a value was held within its
     // bounds. Throws SceneError.
     [[nodiscard]] host::Layer light(std::size_t node, const LightDefinition& definition,
                                     const LightMotion& motion, bool* confined);
@@ -28,7 +28,8 @@ class LayerMaker {
                                       const char* kind) const;
 
   private:
-    [[nodiscard]] host::Layer place(std::size_t node, host::LayerKind kind, const std::string& name);
+    [[nodiscard]] host::Layer place(std::size_t node, host::LayerKind kind, const std::string& name,
+                                    bool* confined);
     void shine(std::size_t node, const LightMotion& motion, host::LightSettings* light, bool* confined);
     [[nodiscard]] Vec3 position(const Vec3& metres) const;
 

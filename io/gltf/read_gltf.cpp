@@ -7,6 +7,7 @@
 
 #include "host/utf8_path.h"
 #include "io/effect_layer.h"
+#include "io/gltf/bounds.h"
 #include "io/gltf/layers.h"
 #include "io/text.h"
 
@@ -14,6 +15,7 @@ namespace zam::io::gltf {
 namespace {
 
 constexpr std::size_t kMostLayers = 10'000;
+constexpr double kDark = 1e-12;            // candela, lux: nobody sees less
 constexpr std::size_t kLongestList = 400;  // bytes of names in a message
 
 // The most that a value reaches; intensities are never negative.
@@ -23,9 +25,9 @@ double peak(const host::Animated<double>& value) {
     return most;
 }
 
-void multiply(host::Animated<double>* value, double factor) {
-    value->constant *= factor;
-    for (auto& key : value->keys) key.value *= factor;
+void multiply(host::Animated<double>* value, double factor, bool* confined) {
+    value->constant = bounded(value->constant * factor, confined);
+    for (auto& key : value->keys) key.value = bounded(key.value * factor, confined);
 }
 
 class GltfReader {
@@ -61,7 +63,7 @@ class GltfReader {
         add_cameras(maker);
         if (confined_)
             scene_.warnings.push_back(name() +
-                                      ": animated colours, angles or other values leave their bounds and are "
+                                      ": colours, angles, places or other values leave their bounds and are "
                                       "held at them");
         add_effect_layer(composition);
         return std::move(scene_);
@@ -105,8 +107,8 @@ class GltfReader {
             brightest = &layer;
             most_candela = most;
         }
-        const double full = options_.light_scale.value_or(most_candela > 0.0 ? most_candela : 1.0);
-        const double full_lux = options_.light_scale.value_or(most_lux > 0.0 ? most_lux : 1.0);
+        const double full = options_.light_scale.value_or(most_candela > kDark ? most_candela : 1.0);
+        const double full_lux = options_.light_scale.value_or(most_lux > kDark ? most_lux : 1.0);
         if (!any)
             scene_.warnings.push_back(name() + ": no node carries a point or spot light; nothing will shine");
         else if (!brightest)
@@ -116,7 +118,7 @@ class GltfReader {
         shines_ = brightest != nullptr;
         for (host::Layer& layer : layers)
             multiply(&layer.light.intensity,
-                     100.0 / (layer.light.type == host::LightType::parallel ? full_lux : full));
+                     100.0 / (layer.light.type == host::LightType::parallel ? full_lux : full), &confined_);
     }
 
     void note_scale(const std::string& brightest, double candela, double full) {
@@ -188,7 +190,7 @@ class GltfReader {
     NodeTree nodes_;
     std::map<std::size_t, LightMotion> motions_;          // of the light definitions in use
     std::map<std::size_t, std::optional<Track>> lenses_;  // yfov of the camera definitions in use
-    bool confined_ = false;                               // an animated value left its bounds
+    bool confined_ = false;                               // a value was held within its bounds
     bool shines_ = false;                                 // some point or spot light is not hidden
 };
 

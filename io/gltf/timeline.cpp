@@ -9,8 +9,8 @@ namespace zam::io::gltf {
 namespace {
 
 constexpr int kMostFrames = 100'000;
-constexpr double kMostWork = 2e8;              // some ten seconds
-constexpr std::size_t kMostKeys = 20'000'000;  // 40 bytes each at most
+constexpr double kMostWork = 5e7;             // some three seconds
+constexpr std::size_t kMostKeys = 5'000'000;  // half a gigabyte of the largest, points
 // Times are stored in single precision: a last key a thousandth of a frame early still counts.
 constexpr double kFrameSlack = 1e-3;
 

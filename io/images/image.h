@@ -1,6 +1,8 @@
 #pragma once
 // Rendered frames as image files: what all writers share.
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "host/runner/session.h"
 #include "io/whole_file.h"
@@ -8,6 +10,12 @@
 namespace zam::io {
 
 enum class ImageFormat { png, exr, tiff };
+
+// By the end of a file's name, in any case: .png, .exr, .tif, .tiff.
+[[nodiscard]] std::optional<ImageFormat> format_of(const std::string& file);
+
+// Bits per sample that a format takes, the usual ones first.
+[[nodiscard]] std::vector<int> bits_of(ImageFormat format);
 
 // What a file's samples are. PNG and TIFF: 8 or 16 bits, straight alpha. OpenEXR: 16 (half) or 32 (float),
 // premultiplied.

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <csetjmp>
 #include <cstdio>
+#include <filesystem>
 #include <new>
 #include <system_error>
 #include <vector>
@@ -17,6 +18,12 @@ namespace {
 
 void jump_on_error(png_structp png, png_const_charp) { png_longjmp(png, 1); }
 void ignore_warning(png_structp, png_const_charp) {}
+
+constexpr const char* kDamaged = "the picture is damaged or cut short";
+constexpr const char* kExportAgain = "copy or export it again";
+constexpr png_uint_32 kLargestSide = 30000;  // pixels, as a composition's
+// Deflate makes at most 1032 bytes of one.
+constexpr std::uint64_t kMostExpansion = 1032;
 
 }  // namespace
 
@@ -43,6 +50,8 @@ struct PngReader::State {
     bool read_head() {
         if (setjmp(png_jmpbuf(png))) return false;
         png_init_io(png, stream);
+        png_set_user_limits(png, kLargestSide, kLargestSide);
+        png_set_chunk_cache_max(png, 1);  // keeps no texts; others are passed over
         png_read_info(png, info);
         width = static_cast<int>(png_get_image_width(png, info));
         height = static_cast<int>(png_get_image_height(png, info));
@@ -51,6 +60,15 @@ struct PngReader::State {
         png_set_add_alpha(png, 0xFFFF, PNG_FILLER_AFTER);
         if (std::endian::native == std::endian::little) png_set_swap(png);
         return true;
+    }
+
+    // Can the file hold its pixels? Asked before there is memory for them.
+    bool holds_pixels() {
+        const std::uint64_t needed =
+            std::uint64_t{png_get_rowbytes(png, info)} * static_cast<std::uint64_t>(height);
+        std::error_code code;
+        const std::uint64_t size = std::filesystem::file_size(file, code);
+        return !code && size >= needed / kMostExpansion;
     }
 
     bool read_rows(png_bytep* rows) {
@@ -73,7 +91,8 @@ struct PngReader::State {
 PngReader::PngReader(const std::string& file) : state_(std::make_unique<State>(file)) {
     if (!state_->info) throw std::bad_alloc();
     if (!state_->read_head())
-        throw SceneError(file, {}, "this is no PNG file, or its head is damaged",
+        throw SceneError(file, {},
+                         "this is no PNG file of at most 30000 x 30000 pixels, or its head is damaged",
                          "export the picture again as PNG");
 }
 PngReader::~PngReader() = default;
@@ -83,13 +102,13 @@ int PngReader::height() const { return state_->height; }
 
 host::Frame PngReader::read(host::Depth depth) {
     State& s = *state_;
+    if (!s.holds_pixels()) throw SceneError(s.file, {}, kDamaged, kExportAgain);
     const std::size_t row_samples = static_cast<std::size_t>(s.width) * 4;
     std::vector<std::uint16_t> rgba(row_samples * static_cast<std::size_t>(s.height));
     std::vector<png_bytep> rows;
     for (std::size_t y = 0; y < static_cast<std::size_t>(s.height); ++y)
         rows.push_back(reinterpret_cast<png_bytep>(rgba.data() + row_samples * y));
-    if (!s.read_rows(rows.data()))
-        throw SceneError(s.file, {}, "the picture is damaged or cut short", "copy or export it again");
+    if (!s.read_rows(rows.data())) throw SceneError(s.file, {}, kDamaged, kExportAgain);
     const std::uint32_t full = depth == host::Depth::bits8 ? 255 : 32768;
     host::Frame frame;
     frame.width = s.width;
@@ -97,7 +116,7 @@ host::Frame PngReader::read(host::Depth depth) {
     frame.depth = depth;
     frame.argb.resize(rgba.size());
     for (std::size_t at = 0; at < rgba.size(); at += 4)
-        for (const std::size_t channel : {0, 1, 2, 3})
+        for (std::size_t channel = 0; channel < 4; ++channel)
             frame.argb[at + (channel + 1) % 4] =
                 static_cast<std::uint16_t>((rgba[at + channel] * full + 32767) / 65535);
     return frame;

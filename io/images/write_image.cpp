@@ -1,9 +1,7 @@
 #include "io/images/write_image.h"
 
 #include <algorithm>
-#include <cctype>
 #include <chrono>
-#include <filesystem>
 
 #include "io/images/png_writer.h"
 #ifdef ZAM_EXR
@@ -38,20 +36,7 @@ Writer writer_of(ImageFormat format) {
 
 }  // namespace
 
-std::optional<ImageFormat> format_of(const std::string& file) {
-    std::string extension = std::filesystem::path(file).extension().string();
-    for (char& c : extension) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    if (extension == ".png") return ImageFormat::png;
-    if (extension == ".exr") return ImageFormat::exr;
-    if (extension == ".tif" || extension == ".tiff") return ImageFormat::tiff;
-    return std::nullopt;
-}
-
 bool can_write(ImageFormat format) { return writer_of(format) != nullptr; }
-
-std::vector<int> bits_of(ImageFormat format) {
-    return format == ImageFormat::exr ? std::vector<int>{16, 32} : std::vector<int>{8, 16};
-}
 
 WriteTimes write_image(const std::string& file, const host::Frame& frame, const Metadata& metadata,
                        const ImageOptions& options) {

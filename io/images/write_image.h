@@ -1,21 +1,13 @@
 #pragma once
 // One frame into one image file.
-#include <optional>
 #include <string>
-#include <vector>
 
 #include "io/images/image.h"
 
 namespace zam::io {
 
-// By the end of a file's name, in any case: .png, .exr, .tif, .tiff.
-[[nodiscard]] std::optional<ImageFormat> format_of(const std::string& file);
-
 // Whether this program was built to write such files.
 [[nodiscard]] bool can_write(ImageFormat format);
-
-// Bits per sample that a format takes, the usual ones first.
-[[nodiscard]] std::vector<int> bits_of(ImageFormat format);
 
 // How long the work took, on the wall's clock.
 struct WriteTimes {

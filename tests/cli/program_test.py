@@ -186,6 +186,30 @@ class Program(ProgramTest):
                 self.assertEqual(looks, {(group, name) for group in ("Point Lights", "Spot Lights") for name in controls[group]}
                                  | {("General", name) for name in controls if name not in ("Point Lights", "Spot Lights")})
 
+    def test_names_do_not_command_the_terminal(self):
+        escape, csi = "\x1b", "\x9b"
+        name = escape + "[2J" + csi + "31m"
+        control = {"layers": [{"kind": "light", "type": "point"}], "effect": {"controls": {name: 1}}}
+        self.write("control.json", control)
+        self.write("parent.json", {"layers": [{"kind": "light", "name": name, "parent": name + "x"}]})
+        self.write(f"a{name}.json", control)
+        self.write("member.gltf", {"asset": {"version": "2.0"}, "scenes": {name: {"extensions": {"KHR_lights_punctual": {}}}}})
+        for arguments in (["control.json"], ["parent.json"], [f"a{name}.json"], ["member.gltf", "--camera", name],
+                          [f"{name}.json"], ["control.json", "--set", f"{name}=1"], ["control.json", f"--{name}"],
+                          ["scene.json", "--frames", "0", "--over", f"{name}.png"]):
+            for log in ([], ["--log", "json"]):
+                with self.subTest(arguments=arguments, log=log):
+                    run = self.zam("render", *arguments, "-o", "out/a.#.png", *log)
+                    self.assertIn(run.returncode, (2, 3))
+                    for line in run.stderr.split("\n"):
+                        self.assertNotRegex(line, r"[\x00-\x1f\x7f-\x9f]")
+
+    def test_numbers_that_are_none_are_refused(self):
+        for option in ("--fps", "--pixels-per-metre", "--light-scale"):
+            for value in ("nan", "inf", "1e-310"):
+                with self.subTest(option=option, value=value):
+                    self.expect(2, option, "render", "scene.gltf", "-o", "a.png", option, value)
+
     def test_bad_presets(self):
         for text, message in [
             ('{"controls":\n {"Lok": "Weak"}}', 'bad.json:2:3: no control is called "Lok"\nzam: hint: did you mean "Look"?'),

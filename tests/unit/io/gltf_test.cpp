@@ -278,6 +278,30 @@ TEST(Gltf, NamesDoNotReachTheTerminalUntamed) {
     }
 }
 
+TEST(Gltf, NumbersBeyondAnyCompositionAreHeld) {
+    GltfFile file;
+    file.lights =
+        R"({"type": "point", "intensity": 1e300, "range": 1e308}, {"type": "point", "intensity": 2})";
+    file.nodes =
+        R"({"name": "Far", "translation": [1e9, -1e9, 2], "extensions": {"KHR_lights_punctual": {"light": 0}}},
+        {"scale": [1e9, 1e9, 1e9], "children": [2]})";
+    for (int i = 2; i < 40; ++i)
+        file.nodes += R"(, {"scale": [1e9, -1e9, 1e9], "translation": [1e9, 1, 0], "children": [)" +
+                      std::to_string(i + 1) + "]}";
+    file.nodes += R"(, {"name": "Lost", "extensions": {"KHR_lights_punctual": {"light": 1}}})";
+    GltfOptions options = small_options();
+    options.light_scale = 1.0;
+    const Scene scene = gltf::read_gltf(file.write(), options);
+    EXPECT_THAT(scene.warnings, testing::ElementsAre(HasSubstr("leave their bounds and are held at them")));
+    const host::Layer& far = layer_named(scene, "Far");
+    EXPECT_EQ(far.transform.position.at(0), (host::Vec3{1e9, 1e9, -200.0}));
+    EXPECT_EQ(far.light.intensity.at(0), 1e9);
+    EXPECT_EQ(far.light.shadow_diffusion.at(0), 1e9);
+    const host::Vec3 lost = layer_named(scene, "Lost").transform.position.at(0);
+    for (const double part : {lost.x, lost.y, lost.z}) EXPECT_LE(std::abs(part), 1e9);
+    EXPECT_EQ(layer_named(scene, "Lost").light.intensity.at(0), 200.0);
+}
+
 TEST(Gltf, ExcessiveScenesAreRefusedAndNotObeyed) {
     GltfFile many, deep, work, members;
     for (int i = 0; i < 10'000; ++i)
