@@ -14,7 +14,7 @@ help:
 	@echo "make macos-linux   build the macOS bundle, unsigned, with a compiler from npm, and check its structure"
 	@echo "make windows       cross-compile the effect and the program for Windows, to build/windows"
 	@echo "make test-windows  the same with the tests, which run under Wine"
-	@echo "make package       an archive for each platform in build/packages: effect, program, licences, INSTALL"
+	@echo "make package       archives for Linux and Windows in build/packages: effect, program, manual, INSTALL"
 	@echo "make bench         measure the renderer against a plain scalar one, in one run"
 	@echo "make bench-road    measure the program from scene to files, stage by stage"
 	@echo "make sanitize      the same tests under the address and undefined-behaviour sanitizers"
@@ -53,7 +53,7 @@ windows:
 	cmake --preset windows -DZAM_TESTS=OFF
 	cmake --build --preset windows -j $(JOBS)
 
-test-windows: release
+test-windows: setup-build release
 	@tools/setup.sh build test windows wine
 	@tools/windows_libraries.sh test
 	cmake --preset windows

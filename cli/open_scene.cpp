@@ -4,6 +4,7 @@
 #include <charconv>
 
 #include "cli/exit_code.h"
+#include "cli/platform.h"
 #include "cli/settings.h"
 #include "io/control_settings.h"
 
@@ -36,14 +37,15 @@ std::vector<std::string> OpenOptions::files() const {
 }
 
 void add_open_options(CLI::App& command, OpenOptions& options) {
-    const auto add = [&](const char* name, auto& target, const char* value, const char* text) {
+    const auto add = [&](const char* name, auto& target, const char* value, const std::string& text) {
         return command.add_option(name, target, text)->option_text(value);
     };
     add_scene_options(command, options.scene);
     add("--set", options.settings, "CONTROL=VALUE", "'Look=Strong', 'Spot Lights/Reach=800'; may be repeated")
         ->allow_extra_args(false);
     add("--preset", options.preset, "FILE", "Controls from a file, after the scene's and before --set");
-    add("--plugin", options.plugin, "FILE", "Plug-in [Zam.so beside this program]");
+    add("--plugin", options.plugin, "FILE",
+        "Plug-in [" + std::string(platform::kPluginName) + " beside this program]");
     add("--threads", options.threads, "N",
         "Threads that render rows, and as many at most that make files of them [one per core it may use]")
         ->check(CLI::Range(0, 256));

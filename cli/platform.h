@@ -1,7 +1,6 @@
 #pragma once
 // What the program asks the operating system for; one file of definitions for each family.
 #include <cstdio>
-#include <filesystem>
 
 namespace zam::cli::platform {
 
@@ -14,9 +13,6 @@ inline constexpr const char* kPluginName =
 
 // Makes console and program speak UTF-8 to each other, where they do not anyway.
 void prepare_console();
-
-// Where this program is; empty when the system does not tell.
-[[nodiscard]] std::filesystem::path program_folder();
 
 // A terminal on which a line can be taken back.
 [[nodiscard]] bool is_terminal(std::FILE* stream);

@@ -3,6 +3,7 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <initializer_list>
 #include <string>
 
 #include "cli/platform.h"
@@ -10,11 +11,6 @@
 namespace zam::cli::platform {
 
 void prepare_console() {}
-
-std::filesystem::path program_folder() {
-    std::error_code code;
-    return std::filesystem::read_symlink("/proc/self/exe", code).parent_path();
-}
 
 bool is_terminal(std::FILE* stream) {
     const char* terminal = std::getenv("TERM");

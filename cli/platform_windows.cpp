@@ -4,7 +4,7 @@
 #include <windows.h>
 
 #include <csignal>
-#include <string>
+#include <initializer_list>
 
 #include "cli/platform.h"
 
@@ -16,16 +16,6 @@ HANDLE console_of(std::FILE* stream) { return reinterpret_cast<HANDLE>(_get_osfh
 }  // namespace
 
 void prepare_console() { SetConsoleOutputCP(CP_UTF8); }
-
-std::filesystem::path program_folder() {
-    std::wstring file(260, L'\0');
-    while (true) {
-        const DWORD length = GetModuleFileNameW(nullptr, file.data(), static_cast<DWORD>(file.size()));
-        if (length == 0) return {};
-        if (length < file.size()) return std::filesystem::path(file.substr(0, length)).parent_path();
-        file.resize(2 * file.size());
-    }
-}
 
 // As a side effect the console obeys escape sequences from now on.
 bool is_terminal(std::FILE* stream) {

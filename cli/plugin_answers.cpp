@@ -4,12 +4,14 @@
 
 #include "cli/messages.h"
 #include "cli/platform.h"
+#include "host/check/child_process.h"
+#include "host/utf8_path.h"
 
 namespace zam::cli {
 
 std::string plugin_file(const std::string& given) {
     if (!given.empty()) return given;
-    return (platform::program_folder() / platform::kPluginName).string();
+    return (host::utf8_path(host::this_program()).parent_path() / platform::kPluginName).string();
 }
 
 void PluginAnswers::check(const host::Outcome& outcome, const std::string& command) {

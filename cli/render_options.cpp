@@ -4,14 +4,13 @@
 #include <algorithm>
 
 #include "cli/exit_code.h"
-#include "cli/platform.h"
 #include "io/images/write_image.h"
 
 namespace zam::cli {
 
 CLI::App* add_render_options(CLI::App& app, RenderOptions& options) {
     CLI::App* sub = app.add_subcommand("render", "Render a scene into image files: PNG, OpenEXR or TIFF");
-    const auto add = [&](const char* name, auto& target, const char* value, const std::string& text) {
+    const auto add = [&](const char* name, auto& target, const char* value, const char* text) {
         return sub->add_option(name, target, text)->option_text(value);
     };
     add_open_options(*sub, options);

@@ -33,7 +33,10 @@ struct Handle {
 
 ChildEnd run_child(const std::vector<std::string>& command, std::chrono::milliseconds limit) {
     std::string line;
-    for (const std::string& argument : command) line += (line.empty() ? "" : " ") + quoted(argument);
+    for (const std::string& argument : command) {
+        if (!line.empty()) line += ' ';
+        line += quoted(argument);
+    }
     SECURITY_ATTRIBUTES inherited{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
     const Handle nowhere(CreateFileA("NUL", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                      &inherited, OPEN_EXISTING, 0, nullptr));

@@ -6,6 +6,7 @@
 #include "host/utf8_path.h"
 
 namespace zam::host {
+
 Plugin::Plugin(const std::string& path, const std::string& entry_point) : path_(path) {
     std::error_code error;
     if (!std::filesystem::exists(utf8_path(path), error)) {
@@ -18,7 +19,7 @@ Plugin::Plugin(const std::string& path, const std::string& entry_point) : path_(
     entry_ = reinterpret_cast<PF_EntryPointFunc>(platform::find_symbol(library_, entry_point.c_str()));
     if (!entry_) {
         platform::unload_library(library_);
-        throw PluginError(path + ": not an effect: the library exports no " + entry_point.c_str());
+        throw PluginError(path + ": not an effect: the library exports no " + entry_point);
     }
 }
 

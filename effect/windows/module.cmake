@@ -9,5 +9,4 @@ set(definitions ${CMAKE_CURRENT_BINARY_DIR}/Zam.def)
 file(CONFIGURE OUTPUT ${definitions} CONTENT "EXPORTS\n${names}\n" @ONLY)
 
 target_sources(Zam PRIVATE ${definitions} ${ZAM_WINDOWS_RESOURCE})
-add_dependencies(Zam zam_property_resources)
 set_target_properties(Zam PROPERTIES SUFFIX .aex)
