@@ -1,4 +1,4 @@
-// Frames as a whole: depths, resolutions, threads, sizes.
+// Frames as a whole: threads, resolutions, sizes.
 #include <cstdlib>
 
 #include "tests/contract/zam_fixture.h"
@@ -34,15 +34,6 @@ TEST(Frames, AreTheSameBytesWhateverTheNumberOfThreads) {
     }
 }
 
-TEST(Frames, TheDepthsShowTheSamePicture) {
-    Running running(mixed_lights(96, 54));
-    const Frame shallow = running.render(0, {.depth = Depth::bits8}),
-                deep = running.render(0, {.depth = Depth::bits16});
-    for (std::size_t i = 0; i < deep.argb.size(); ++i) {
-        ASSERT_NEAR(shallow.argb[i] / 255.0, deep.argb[i] / 32768.0, 0.6 / 255.0) << i;
-    }
-}
-
 TEST(Frames, HalfResolutionTakesEverySecondPixel) {
     Composition comp = mixed_lights(96, 54);
     Running running(comp);
@@ -62,19 +53,6 @@ TEST(Frames, HalfResolutionTakesEverySecondPixel) {
     const Frame thin = running.render(0, {Depth::bits16, {1, 4}, {1, 2}});
     EXPECT_EQ(thin.width, 24);
     EXPECT_NEAR(thin.argb[(13 * 24 + 12) * 4], full.argb[(26 * 96 + 48) * 4], 1);
-}
-
-TEST(Frames, MirroredLightsMirrorThePicture) {
-    // Rays pass through pixel corners, so column x pairs with width - x.
-    Composition left = make_composition(64, 36), right = make_composition(64, 36);
-    add_point(left, {20, 12, 30});
-    add_point(right, {44, 12, 30});
-    const Frame a = Running(left).render(0, {.depth = Depth::bits16}),
-                b = Running(right).render(0, {.depth = Depth::bits16});
-    for (std::size_t y = 0; y < 36; ++y) {
-        for (std::size_t x = 1; x < 64; ++x)
-            ASSERT_NEAR(a.argb[(y * 64 + x) * 4], b.argb[(y * 64 + 64 - x) * 4], 1) << x << " " << y;
-    }
 }
 
 TEST(Frames, NoLightsLeaveThemClear) {

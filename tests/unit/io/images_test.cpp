@@ -155,16 +155,6 @@ TEST_F(Images, ExrIsPremultipliedAndLinearIfWanted) {
         }
 }
 
-TEST_F(Images, TheSameFrameIsTheSameBytes) {
-    const host::Frame frame = frame_of(Depth::bits16, 640, 360);
-    for (const auto& [format, bits] : {std::pair(ImageFormat::png, 16), std::pair(ImageFormat::exr, 16),
-                                       std::pair(ImageFormat::exr, 32), std::pair(ImageFormat::tiff, 16)}) {
-        for (const char* name : {"a", "b"})
-            write_image(path(name), frame, kFacts, {.format = format, .bits = bits});
-        EXPECT_EQ(bytes_of(path("a")), bytes_of(path("b")));
-    }
-}
-
 TEST(Samples, DitherIsRightOnTheMeanAndLeavesTheEndsAlone) {
     host::Frame frame{8, 8, Depth::bits16, std::vector<std::uint16_t>(8 * 8 * 4), {}};
     for (const int code : {0, 1, 64, 5000, 16384, 20001, 32767, 32768}) {

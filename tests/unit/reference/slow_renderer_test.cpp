@@ -6,11 +6,7 @@
 
 #include <cmath>
 #include <initializer_list>
-#include <limits>
 #include <numbers>
-#include <random>
-#include <stdexcept>
-#include <vector>
 
 #include "tests/reference/quadrature.h"
 #include "tests/reference/scene.h"
@@ -27,8 +23,8 @@ View small_view() { return {.zoom = 40.0, .width = 80, .height = 60}; }
 Controls linear() { return {.look = Look::kLinear}; }
 
 // Light summed up in pixel (x, y): alpha of the "Linear" look, not cut at 1.
-double strength(const Light& light, const Controls& controls, int x, int y, const Reach& reach = {},
-                const View& view = small_view()) {
+double strength(const Light& light, const Controls& controls, int x, int y, const Reach& reach = {}) {
+    const View view = small_view();
     const Frame frame = render(view, controls, reach, {light});
     return frame.sums.at(4 * static_cast<std::size_t>(y * view.width + x));
 }
@@ -51,19 +47,6 @@ TEST(Quadrature, KnownIntegrals) {
     }
 }
 
-TEST(PointGlow, NaturalStraightAheadAndBehind) {
-    for (const double softness : {0.0, 15.0, 100.0}) {
-        for (const double z : {-200.0, 0.0, 300.0}) {
-            Controls controls = linear();
-            controls.softness = softness;
-            const double k = softness + 1.0;
-            const double want = (std::numbers::pi + 2 * std::atan(z / k)) * std::pow(k, -0.75);
-            // Far behind the camera pi and the arctangent cancel in the expected value.
-            EXPECT_NEAR(strength({.pos = {0, 0, z}}, controls, 40, 30), want, 1e-15 + kExact * want);
-        }
-    }
-}
-
 // The ray of pixel (70, 30) is (0.75, 0, 1), 1.25 long; (0.8, 0, -0.6) is across it.  The light is 60 beside
 // the point at t = 400, so a radius of 100 gives a chord of 160 pixels, 128 in t.
 TEST(PointGlow, SlantedChord) {
@@ -82,16 +65,6 @@ TEST(PointGlow, SlantedChord) {
     EXPECT_REL(strength(light, controls, 70, 30), s * s * (3 - 2 * s) + 0.25 * 0.64);
 }
 
-TEST(PointGlow, ChordIsCutAtTheCamera) {
-    Controls controls = linear();
-    controls.point_model = PointModel::kRadius;
-    EXPECT_REL(strength({.pos = {0, 0, 30}}, controls, 40, 30), 130.0 / 200.0);
-    EXPECT_REL(strength({.pos = {0, 0, -30}}, controls, 40, 30), 70.0 / 200.0);
-    EXPECT_EQ(strength({.pos = {0, 0, -130}}, controls, 40, 30), 0.0);
-    controls.radius = 0.0;
-    EXPECT_EQ(strength({.pos = {0, 0, 30}}, controls, 40, 30), 0.0);
-}
-
 // A spot 100 left of the middle ray and 300 deep, shining to the right: the ray crosses a 90 degree cone at
 // t = 200 .. 400, with s = t - 300 the distance^2 is s^2 + 100^2 and the cosine to the axis 100 / distance.
 Light crossing_spot(double feather = 0.0) {
@@ -100,19 +73,6 @@ Light crossing_spot(double feather = 0.0) {
             .dir = {1, 0, 0},
             .cone_angle = std::numbers::pi / 2,
             .cone_feather = feather};
-}
-
-TEST(SpotLight, CrossedAtARightAngle) {
-    Controls controls = linear();
-    const double h = std::sqrt(10001.0);
-    EXPECT_REL(strength(crossing_spot(), controls, 40, 30), 60 * 2 / h * std::atan(100 / h));
-    controls.spot_model = SpotModel::kDistance;
-    EXPECT_REL(strength(crossing_spot(), controls, 40, 30), 2 * std::asinh(100 / h));
-    controls.spot_model = SpotModel::kConstant;
-    EXPECT_REL(strength(crossing_spot(), controls, 40, 30), 200.0 / 400.0);
-    // Across the axis the light's depth is compared with the reach: nothing is left below 300.
-    controls.reach = 299.0;
-    EXPECT_EQ(strength(crossing_spot(), controls, 40, 30), 0.0);
 }
 
 // With a feather of 1 the inner cone is a line that the ray misses, and the weight is (c - cO) / (1 - cO).
@@ -132,17 +92,6 @@ TEST(SpotLight, FullyFeathered) {
     controls.spot_model = SpotModel::kConstant;
     const double constant = 100 * 2 * std::asinh(end / g) - c * 2 * end;
     EXPECT_NEAR(strength(light, controls, 40, 30), constant / (1 - c) / 400, 1e-14);
-}
-
-// A feather of 1/3 leaves full light within 30 degrees; the two pieces outside it are weighted.
-TEST(SpotLight, PartlyFeathered) {
-    const double inner = 100 / std::sqrt(3.0);
-    const double c = std::sqrt(0.5);
-    const double piece = 100 * (std::asinh(1.0) - std::asinh(inner / 100)) - c * (100 - inner);
-    const double want = 2 * inner + 2 * piece / (std::sqrt(0.75) - c);
-    Controls controls = linear();
-    controls.spot_model = SpotModel::kConstant;
-    EXPECT_NEAR(strength(crossing_spot(1.0 / 3), controls, 40, 30), want / 400, 1e-14);
 }
 
 // A beam along the view with the middle ray on its axis: from start distance to reach, or to the reach layer.
@@ -165,57 +114,6 @@ TEST(SpotLight, CapsOnTheAxis) {
     controls.reach_both_sides = false;  // only what lies behind the normal is lit
     EXPECT_REL(strength(facing, controls, 40, 30, away), 350 / scale);
     EXPECT_REL(strength(ahead, controls, 40, 30, toward), (1e7 - 350) / scale);
-}
-
-// A ray through the apex, 30 degrees off the axis: within the feather (22.5 to 45 degrees) from the apex to
-// the reach, with the same weight all along.  It meets the inner cone in the apex alone.
-TEST(SpotLight, ThroughTheApex) {
-    const double c = std::cos(std::numbers::pi / 6);
-    const Light light{.spot = true,
-                      .pos = {0, 0, 300},
-                      .dir = {0.5, 0, c},
-                      .cone_angle = std::numbers::pi / 2,
-                      .cone_feather = 0.5};
-    Controls controls = linear();
-    controls.spot_model = SpotModel::kConstant;
-    controls.start_distance = 0.0;
-    const double weight = (c - std::cos(std::numbers::pi / 4)) /
-                          (std::cos(std::numbers::pi / 8) - std::cos(std::numbers::pi / 4));
-    EXPECT_NEAR(strength(light, controls, 40, 30), weight * 400 / c / 400, 1e-13);
-}
-
-// Random rays: points just inside the stretch lie in the cone and between the caps, points just outside do
-// not.
-TEST(ConeStretch, AgreesWithMembership) {
-    std::mt19937 random(11);
-    std::uniform_real_distribution<double> unit(-1.0, 1.0);
-    int filled = 0;
-    for (int i = 0; i < 4000; ++i) {
-        SpotCone spot{};
-        spot.apex = {300 * unit(random), 300 * unit(random), 400 + 600 * unit(random)};
-        spot.axis = {unit(random), unit(random), unit(random)};
-        spot.axis = (1 / length(spot.axis)) * spot.axis;
-        spot.start = 10;
-        spot.reach = 400;
-        const Real cos_half = std::cos(0.75 + 0.7 * unit(random));
-        const Vec3 ray{unit(random), unit(random), 1};
-        const Stretch s = cone_stretch(ray, spot, cos_half);
-        const auto member = [&](Real t) {
-            const Vec3 q = t * ray - spot.apex;
-            const Real depth = dot(q, spot.axis);
-            return t >= 0 && depth >= 10 && depth <= 400 && depth >= cos_half * length(q);
-        };
-        if (s.length() <= 0.01L) {
-            for (Real t = 0; t < 3000; t += 7) ASSERT_FALSE(member(t)) << "ray " << i << " at " << double(t);
-            continue;
-        }
-        ++filled;
-        const Real step = 1e-9L;
-        EXPECT_TRUE(member(s.near + step) && member(s.far - step) && member((s.near + s.far) / 2))
-            << "ray " << i;
-        EXPECT_FALSE(member(s.near - step) || member(s.far + step)) << "ray " << i;
-    }
-    EXPECT_GT(filled, 1000);
 }
 
 // In column 40 of the crossing spot a row's ray (0, y, 1) is inside while (y t)^2 + (t - 300)^2 <= 100^2: a
@@ -257,55 +155,6 @@ TEST(RefinedStretch, EdgeOfTheCone) {
         EXPECT_NEAR(static_cast<double>(edge.length() / mean_of_rows({44, 43.4L}).length()), 0.4, 1e-15)
             << row;
     }
-}
-
-TEST(Render, CodesOfBothDepths) {
-    Controls controls = linear();
-    controls.point_model = PointModel::kRadius;
-    const Light light{.pos = {0, 0, 300}, .color = {1.0, 0.5, 0.0}, .intensity = 0.5};
-    View view = small_view();
-    const std::size_t at = 4 * (30 * 80 + 40);
-    const auto codes = [&] {
-        const Frame f = render(view, controls, {}, {light});
-        return std::vector<int>(f.argb.begin() + static_cast<std::ptrdiff_t>(at),
-                                f.argb.begin() + static_cast<std::ptrdiff_t>(at) + 4);
-    };
-    EXPECT_EQ(codes(), (std::vector<int>{128, 255, 128, 0}));
-    view.deep = true;
-    EXPECT_EQ(codes(), (std::vector<int>{16384, 32768, 16384, 0}));
-    controls.look =
-        Look::kNatural;  // squared, then the root: the same alpha, colour 0.5 squared and rooted too
-    EXPECT_EQ(codes(), (std::vector<int>{16384, 32768, 16384, 0}));
-    controls.look = Look::kWeak;
-    EXPECT_EQ(codes(), (std::vector<int>{8192, 32768, 8192, 0}));
-    controls.look = Look::kAdjustableLinear;
-    controls.gamma = 0.5;
-    EXPECT_EQ(codes(), (std::vector<int>{8192, 32768, 8192, 0}));
-    for (const double zoom : {0.0, std::numeric_limits<double>::infinity()}) {
-        view.zoom = zoom;
-        EXPECT_EQ(codes(), (std::vector<int>{0, 0, 0, 0}));
-    }
-}
-
-// A camera at (10, 20, 30) that looks along world +x, at half resolution and pixels twice as wide as high.
-TEST(Render, CameraAndPixelShape) {
-    View view{.camera_to_world = {0, 0, -1, 0, 0, 1, 0, 0, 1, 0, 0, 0, 10, 20, 30, 1},
-              .zoom = 40.0,
-              .width = 80,
-              .height = 60,
-              .pixel_aspect = 2.0,
-              .downsample_x = 0.5,
-              .downsample_y = 0.5};
-    Controls controls = linear();
-    controls.point_model = PointModel::kSource;
-    // Camera space (100, -50, 200): the ray (0.5, -0.25, 1) is pixel (40 + 20 / 4, 30 - 10 / 2) and meets the
-    // centre.
-    const Light light{.pos = {210, -30, -70}};
-    EXPECT_REL(strength(light, controls, 45, 25, {}, view), 0.5 / std::sqrt(1.3125));
-    view.camera_to_world[0] = -1.0;
-    view.camera_to_world[2] = 0.0;
-    view.camera_to_world[8] = 1.0;
-    EXPECT_THROW((void)render(view, controls, {}, {light}), std::invalid_argument);
 }
 
 }  // namespace

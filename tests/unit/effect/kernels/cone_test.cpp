@@ -83,55 +83,6 @@ TEST(Cone, ReachPlaneEndsTheConeOnTheLightsSide) {
     }
 }
 
-TEST(Cone, DegenerateRays) {
-    test::SpotCase c;  // a light at the image centre that looks right, half angle 30 degrees
-    c.light.pos = {0, 0, 1000};
-    c.light.dir = {1, 0, 0};
-    c.light.coneAngle = kPi / 3;
-    c.light.coneFeather = 0.0;
-    c.light.radius = 400;
-    c.settings.startDistance = 10;
-    c.dx = 0.1;
-    test::derive(c);
-    const double across = 1000 / (1 + 0.1 / std::tan(kPi / 6)), beyond = 1000 / (1 - 0.1 / std::tan(kPi / 6));
-    EXPECT_NEAR(across + beyond, intersect(c, false).near + intersect(c, false).far,
-                1000);  // both ends are found
-
-    // Straight across the axis the apex's depth is held against the reach.
-    c.dx = 0.0;
-    test::derive(c);
-    EXPECT_TRUE(intersect(c, false).empty());
-    c.light.radius = 1001;
-    test::derive(c);
-    EXPECT_TRUE(intersect(c, false).empty());  // touches the apex only
-
-    // A cone that looks at the camera: the stretch ends at the start cap.
-    c.light.dir = {0, 0, -1};
-    c.light.radius = 400;
-    test::derive(c);
-    EXPECT_NEAR(intersect(c, false).near, 600, 1e-9);
-    EXPECT_NEAR(intersect(c, false).far, 990, 1e-9);
-
-    // Away from the camera, and with the light behind it: cut at the camera and at the reach.
-    c.light.dir = {0, 0, 1};
-    c.light.pos = {0, 0, -100};
-    test::derive(c);
-    EXPECT_NEAR(intersect(c, false).near, 0, 1e-9);
-    EXPECT_NEAR(intersect(c, false).far, 300, 1e-9);
-    c.light.radius = 50;  // all of it behind
-    test::derive(c);
-    EXPECT_TRUE(intersect(c, false).empty());
-
-    // Parallel to a generator: from the one root on.
-    c.light.pos = {-100, 0, 500};
-    c.light.dir = {std::sin(kPi / 6), 0, std::cos(kPi / 6)};
-    c.light.radius = 4000;
-    c.settings.startDistance = 0;
-    test::derive(c);
-    EXPECT_FALSE(intersect(c, false).empty());
-    EXPECT_NEAR(intersect(c, false).near, 500 + 100 * std::tan(kPi / 6), 1e-3);
-}
-
 struct Refined {
     Stretch own, blended;
 };
@@ -179,19 +130,6 @@ TEST(Refine, SmoothsTheSilhouette) {
     }
     EXPECT_TRUE(partial);
     EXPECT_LT(largest, largest_own);
-}
-
-TEST(Refine, AnAxisAtTheCameraDividesByNothing) {
-    test::SpotCase c;
-    c.light.pos = {0, 0, 300};
-    c.light.dir = {0, 0, -1};
-    c.light.coneAngle = 0.5;
-    c.light.radius = 250;
-    test::derive(c);
-    for (int x = 0; x < 200; x += 3) {
-        const Refined r = refine(c, x, 50);
-        ASSERT_TRUE(std::isfinite(r.blended.near) && std::isfinite(r.blended.far));
-    }
 }
 
 }  // namespace

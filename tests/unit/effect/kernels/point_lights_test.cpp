@@ -138,32 +138,5 @@ TEST(PointLights, SphereModelsAreTheLengthInsideTheSphere) {
     }
 }
 
-TEST(PointLights, KnownValues) {
-    PointCase c;  // straight ahead through the image centre
-    c.light.pos = {0, 0, 1000};
-    c.light.color = {1, 0.5, 0.25};
-    c.light.intensity = 0.5;
-    c.light.sourceIntensity = 2.0;
-    c.light.radius = 100;
-    c.settings.sourceRadius = 200;
-    derive(c);
-    EXPECT_NEAR(glow_alpha(c), 0.5, 1e-12);
-    EXPECT_NEAR(source_alpha(c), 2.0, 1e-12);
-    EXPECT_NEAR(SoftEdge(0.5, 1.0), 0.0490, 5e-5);
-    EXPECT_NEAR(SoftEdge(0.5, 0.25), 0.25 * 0.0490 + 0.75 * 0.5, 5e-5);
-    EXPECT_EQ(SoftEdge(1.0, 1.0), 1.0);
-    EXPECT_EQ(SoftEdge(3.0, 1.0), 3.0);
-    c.settings.softness = 0.25;
-    derive(c);
-    EXPECT_NEAR(natural_alpha(c), 0.5 * (kPi + 2 * std::atan(1000 / 26.0)) * std::pow(26.0, -0.75), 1e-12);
-    c.light.pos.z = 50;  // camera inside the sphere: from the eye to the far side
-    derive(c);
-    EXPECT_NEAR(glow_alpha(c), 0.5 * 150 / 200, 1e-12);
-    c.light.pos.z = -1000;  // behind: no sphere, but the tail of the natural glow
-    derive(c);
-    EXPECT_EQ(glow_alpha(c), 0.0);
-    EXPECT_GT(natural_alpha(c), 0.0);
-}
-
 }  // namespace
 }  // namespace zam

@@ -91,24 +91,6 @@ TEST(SpotIntegrals, ClosedFormsAreTheIntegrals) {
     }
 }
 
-TEST(SpotIntegrals, EmptyStretchesAreZeroAndHalvesAddUp) {
-    test::Random random(12);
-    for (int i = 0; i < 500; ++i) {
-        const test::SpotCase c = test::random_spot(random);
-        const double t0 = random.between(0, 1000), t1 = t0 + 300, mid = t0 + 100;
-        const Integrals none = closed_forms(c, t0, t0), whole = closed_forms(c, t0, t1);
-        const Integrals left = closed_forms(c, t0, mid), right = closed_forms(c, mid, t1);
-        for (double Integrals::*which :
-             {&Integrals::natural, &Integrals::natural_feather, &Integrals::distance,
-              &Integrals::distance_feather, &Integrals::constant_feather}) {
-            ASSERT_EQ(none.*which, 0.0) << c;
-            ASSERT_NEAR(left.*which + right.*which, whole.*which,
-                        1e-9 * (1 + std::fabs(whole.*which) + std::fabs(left.*which)))
-                << c;
-        }
-    }
-}
-
 // The near and the far stretch of a feather in one, against one after the other.
 TEST(SpotIntegrals, TwoStretchesInOneAreTheSumOfBoth) {
     test::Random random(14);
