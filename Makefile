@@ -4,7 +4,7 @@ OUT ?= out
 FUZZ_SECONDS ?= 60
 
 .PHONY: help demo test test-arm64 test-farm windows test-windows macos-linux package bench bench-road sanitize fuzz \
-        manual format-check format setup-build setup-test setup-farm release clean
+        manual format-check format setup-build setup-test setup-sanitize setup-farm release clean
 
 help:
 	@echo "make demo          install what it needs, build, render two real scenes to $(OUT)/"
@@ -64,16 +64,15 @@ package: setup-build release windows
 	cpack --config build/release/CPackConfig.cmake
 	cpack --config build/windows/CPackConfig.cmake
 
-sanitize: setup-test
+sanitize: setup-sanitize
 	cmake --preset asan
 	cmake --build --preset asan -j $(JOBS)
 	ctest --preset asan -j $(JOBS)
 
-fuzz:
-	@tools/setup.sh build fuzz
-	cmake --preset fuzz
+fuzz: setup-sanitize
+	cmake --preset asan
 	cmake --build --preset fuzz -j $(JOBS)
-	tests/fuzz/run.sh build/fuzz/tests/fuzz $(FUZZ_SECONDS)
+	tests/fuzz/run.sh build/asan/tests/fuzz $(FUZZ_SECONDS)
 
 release:
 	cmake --preset release -DZAM_TESTS=OFF
@@ -100,6 +99,8 @@ setup-build:
 	@tools/setup.sh build
 setup-test:
 	@tools/setup.sh build test
+setup-sanitize:
+	@tools/setup.sh build test sanitize
 setup-farm:
 	@tools/setup.sh build farm
 

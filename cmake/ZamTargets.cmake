@@ -27,7 +27,9 @@ if(ZAM_WERROR)
 endif()
 if(ZAM_SANITIZE)
     target_compile_options(zam_flags INTERFACE -fsanitize=${ZAM_SANITIZE} -fno-sanitize-recover=all
-                                               -fno-omit-frame-pointer)
+                                               -fno-omit-frame-pointer
+                                               # Plug-in and host are strangers that share memory layouts, not types.
+                                               $<$<CXX_COMPILER_ID:Clang>:-fno-sanitize=function>)
     target_link_options(zam_flags INTERFACE -fsanitize=${ZAM_SANITIZE})
 endif()
 

@@ -89,7 +89,6 @@ class TrackedIterator {
         ++*this;
         return before;
     }
-    friend bool operator==(const TrackedIterator& a, const TrackedIterator& b) { return a.at_ == b.at_; }
     friend bool operator!=(const TrackedIterator& a, const TrackedIterator& b) { return a.at_ != b.at_; }
 
   private:

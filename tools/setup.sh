@@ -5,7 +5,7 @@ set -eu
 build="build-essential cmake ninja-build libcli11-dev nlohmann-json3-dev libpng-dev libopenexr-dev libtiff-dev libisal-dev
     libxxhash-dev"
 test="libgtest-dev libgmock-dev python3 python3-jsonschema clang-format nodejs node-acorn"
-fuzz="clang-14 libclang-rt-14-dev"
+sanitize="clang-14 libclang-rt-14-dev"
 arm64="g++-aarch64-linux-gnu qemu-user libstdc++6:arm64 libpng-dev:arm64 libtiff-dev:arm64
     libopenexr-3-1-30:arm64 libgtest-dev:arm64 libgmock-dev:arm64"
 macos="lld-14 llvm-14 python3"
@@ -14,7 +14,7 @@ farm="slurmctld slurmd slurm-client munge python3 python3-yaml"
 windows="g++-mingw-w64-x86-64-posix libz-mingw-w64-dev dpkg-dev"
 wine="wine wine64 googletest"
 
-sets="build test fuzz arm64 macos farm windows wine"
+sets="build test sanitize arm64 macos farm windows wine"
 
 packages=""
 for set in "$@"; do

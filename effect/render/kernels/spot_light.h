@@ -70,8 +70,9 @@ template <bool kFeathered, class V, class Fog>
 
     const FeatherEnds<End> ends{from, t_in, t_out, to};
     V feather = Feather(cone, fog.IntegrateCosine(ends), fog.Integrate(from, to) - main);
-    const auto apart =
-        split & !(fog.KnownNotNegative(cone, from, t_in) & fog.KnownNotNegative(cone, t_out, to));
+    const auto near_is_safe = fog.KnownNotNegative(cone, from, t_in);
+    const auto far_is_safe = fog.KnownNotNegative(cone, t_out, to);
+    const auto apart = split & !(near_is_safe & far_is_safe);
     if (any(apart)) [[unlikely]] {
         feather = select(apart, FeathersApart<V>(fog, cone, ends), feather);
     }

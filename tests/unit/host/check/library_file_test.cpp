@@ -32,11 +32,11 @@ TEST(PropertyLists, AreReadInEveryFormThatIsMet) {
 TEST(PropertyLists, AreRefusedWhenTheyContradictThemselves) {
     Bytes list = small_list(ByteOrder::little, true, true);
     list[6] = 200;  // more properties than there are
-    EXPECT_THROW(read_property_list(list), FormatError);
+    EXPECT_THROW((void)read_property_list(list), FormatError);
     list[6] = 4;
     list[0x16] = 0xFF;
     list[0x19] = 0xFF;  // a length near 4 GiB
-    EXPECT_THROW(read_property_list(list), FormatError);
+    EXPECT_THROW((void)read_property_list(list), FormatError);
     PropertyList cut;
     cut.properties.push_back({"8BIM", "name", 0, {9, 'Z'}});
     cut.properties.push_back({"8BIM", "8664", 0, {'M', 'a'}});
