@@ -299,7 +299,8 @@ TEST(Gltf, ExcessiveScenesAreRefusedAndNotObeyed) {
     EXPECT_THAT(refusal(work), HasSubstr("too many animated lights"));
     // Many members of one object are no fault, and none is overlooked.
     for (int i = 0; i < 100; ++i)
-        members.more += (i > 0 ? ", \"" : "\"") + std::string(static_cast<std::size_t>(1 + i % 7), static_cast<char>('a' + i % 26)) +
+        members.more += (i > 0 ? ", \"" : "\"") +
+                        std::string(static_cast<std::size_t>(1 + i % 7), static_cast<char>('a' + i % 26)) +
                         std::to_string(i) + "\": 0";
     EXPECT_EQ(read_small(members).composition.layers.size(), 2u);
 }

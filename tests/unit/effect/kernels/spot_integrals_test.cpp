@@ -100,7 +100,8 @@ TEST(SpotIntegrals, TwoStretchesInOneAreTheSumOfBoth) {
         for (int n = 1; n < 4; ++n)
             t[n] = t[n - 1] + (random.between(0, 1) < 0.2 ? 0.0 : random.over_decades(0.01, 2000));
         const auto check = [&](const auto& fog) {
-            const FeatherEnds<decltype(fog.At(0))> ends{fog.At(t[0]), fog.At(t[1]), fog.At(t[2]), fog.At(t[3])};
+            const FeatherEnds<decltype(fog.At(0))> ends{fog.At(t[0]), fog.At(t[1]), fog.At(t[2]),
+                                                        fog.At(t[3])};
             const double near = fog.IntegrateCosine(ends.f_in, ends.t_in),
                          far = fog.IntegrateCosine(ends.t_out, ends.f_out);
             ASSERT_NEAR(fog.IntegrateCosine(ends), near + far,
