@@ -99,11 +99,11 @@ void contact_sheet(const Options& options) {
     const int threads = options.threads == 0 ? host::available_cores() : options.threads;
     FramePipeline pipeline(threads, onto_sheet, [](int, const std::string&) {});
     for (const int frame : frames) {
-        if (const int signal = caught_signal()) {
+        RenderedFrame rendered{frame, "", open.session.render(frame, {})};
+        if (const int signal = caught_signal()) {  // given up, perhaps half-way
             pipeline.drop();
             throw Interrupted(signal, "interrupted; no sheet is written");
         }
-        RenderedFrame rendered{frame, "", open.session.render(frame, {})};
         open.answers.check(rendered.image.outcome, "frame " + std::to_string(frame));
         pipeline.put(std::move(rendered));
     }
