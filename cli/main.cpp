@@ -1,6 +1,9 @@
 // The program `zam`: a host without After Effects on the command line.
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <new>
 #include <vector>
 
@@ -66,7 +69,7 @@ int fail(ExitCode code, const std::string& text) {
 
 int main(int argc, char** argv) {
     if (is_check_child(argc, argv)) return check_child(argv);
-    platform::prepare_console();
+    platform::prepare_process();
     CLI::App app("Renders the light of a composition's 3D lights, made visible by the plug-in.", "zam");
     app.set_version_flag("--version", version_text);
     app.footer(kExitCodes);
@@ -112,7 +115,19 @@ int main(int argc, char** argv) {
     }
 }
 
+// What was printed may still be on its way.
+int finish_output() {
+    errno = 0;
+    if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return 0;
+    return fail(ExitCode::cannot_write, std::string("cannot write to standard output") +
+                                            (errno ? std::string(": ") + std::strerror(errno) : "") +
+                                            "\nhint: free some space or write to another disk");
+}
+
 }  // namespace
 }  // namespace zam::cli
 
-int main(int argc, char** argv) { return zam::cli::main(argc, argv); }
+int main(int argc, char** argv) {
+    const int code = zam::cli::main(argc, argv);
+    return code == 0 ? zam::cli::finish_output() : code;
+}
