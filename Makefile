@@ -21,7 +21,7 @@ help:
 	@echo "make bench-road    measure the program from scene to files, stage by stage"
 	@echo "make sanitize      the same tests under the address and undefined-behaviour sanitizers"
 	@echo "make sanitize-threads  all that uses threads, under the thread sanitizer"
-	@echo "make soak          that, $(SOAK_FRAMES) frames in one process, and $(SOAK_KILLS) killed runs; about half an hour"
+	@echo "make soak          that, $(SOAK_FRAMES) frames in one process, and $(SOAK_KILLS) killed runs"
 	@echo "make fuzz          hostile files and command lines for every reader, FUZZ_SECONDS ($(FUZZ_SECONDS)) each"
 	@echo "make manual        weave the controls into docs/manual.md and docs/presets.md, and redraw their pictures"
 	@echo "make format-check  are all sources laid out as .clang-format says?"

@@ -21,7 +21,7 @@ namespace {
 
 constexpr int kScenes = 50;                // that are rendered in turn
 constexpr int kLifeFrames = 500;           // after which the effect is taken off and applied anew
-constexpr double kAllowedGrowthKib = 512;  // of resident memory, after a fifth of the run
+constexpr double kAllowedGrowthKib = 256;  // of resident memory, after a fifth of the run
 
 // What of this process is in memory; 0 where that is not told, or where sanitizers or an emulator keep what is given back.
 double resident_kib() {
