@@ -33,7 +33,7 @@ test: setup-test
 	cmake --preset $(PRESET)
 	cmake --build --preset $(PRESET) -j $(JOBS)
 	ctest --preset $(PRESET) -j $(JOBS)
-test: PRESET ?= release
+test soak: PRESET ?= release
 
 macos-linux: setup-build release
 	@tools/setup.sh macos
@@ -80,8 +80,8 @@ sanitize-threads: setup-sanitize
 
 # What takes long and asks for much; each line is a run of its own.
 soak: setup-test sanitize-threads
-	cmake --preset release -DZAM_TESTS=ON
-	cmake --build --preset release -j $(JOBS)
+	cmake --preset $(PRESET) -DZAM_TESTS=ON
+	cmake --build --preset $(PRESET) -j $(JOBS)
 	ZAM_FRAMES=$(SOAK_FRAMES) build/release/tests/contract/contract_tests --gtest_filter='LongRun.*'
 	ZAM_KILLS=$(SOAK_KILLS) python3 tests/cli/stopped_runs_test.py . $(CURDIR)/build/release/zam
 
