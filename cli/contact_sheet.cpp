@@ -87,6 +87,7 @@ void contact_sheet(const Options& options) {
     const host::Size size = host::layer_size(composition, *carrier);
     const Layout layout = layout_of(options, frames.size(), size, composition.pixel_aspect.value());
     background.check(frames, size.width, size.height);
+    background.spare_plates(frames, [&](int) { return options.output; });
     io::make_folders_for(options.output);
 
     Sheet sheet(static_cast<int>(frames.size()), layout.columns, layout.width, layout.height);
@@ -117,7 +118,6 @@ void contact_sheet(const Options& options) {
     pipeline.finish();
     progress.clear();
     io::Metadata metadata;
-    metadata.frame = frames.front();
     metadata.frame_rate = composition.frame_rate;
     metadata.software = "zam " + program_version();
     metadata.digest = scene_digest(options.files(), composition, open.given, {});

@@ -22,9 +22,6 @@ struct OpenOptions {
 // Adds SCENE and what goes with it, --set, --preset, --plugin and --threads; `options` must outlive the parsing.
 void add_open_options(CLI::App& command, OpenOptions& options);
 
-// Appends the settings of the preset, if there is one, to the scene's own. Throws io::SceneError.
-void add_preset(const std::string& preset, host::Composition& composition);
-
 // The scene, and a started session with all its controls set.
 class OpenScene {
   public:

@@ -75,7 +75,7 @@ void write_head(Context& context, const host::Frame& frame, const Metadata& meta
     const exr_attr_rational_t rate = {metadata.frame_rate.num, metadata.frame_rate.den};
     context.check(exr_attr_set_rational(context, part, "framesPerSecond", &rate));
     context.check(exr_attr_set_string(context, part, "software", metadata.software.c_str()));
-    context.check(exr_attr_set_int(context, part, "frame", metadata.frame));
+    context.check(exr_attr_set_int(context, part, "frame", metadata.frame.value_or(0)));
     context.check(exr_attr_set_double(context, part, "time", metadata.seconds()));
     context.check(exr_attr_set_string(context, part, "sceneDigest", metadata.digest.c_str()));
     context.check(exr_write_header(context));

@@ -81,11 +81,16 @@ class Png {
     Png(const Png&) = delete;
     Png& operator=(const Png&) = delete;
 
-    bool head(int width, int height, int bits, const png_text* texts, int count) {
+    // Pixels that are not square are told by how many go into a length of no unit.
+    bool head(int width, int height, int bits, const host::Ratio& pixel_aspect, const png_text* texts,
+              int count) {
         if (setjmp(png_jmpbuf(png_))) return false;
         png_set_IHDR(png_, info_, static_cast<png_uint_32>(width), static_cast<png_uint_32>(height), bits,
                      PNG_COLOR_TYPE_RGBA, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
                      PNG_FILTER_TYPE_DEFAULT);
+        if (pixel_aspect.value() != 1.0)
+            png_set_pHYs(png_, info_, pixel_aspect.den, static_cast<png_uint_32>(pixel_aspect.num),
+                         PNG_RESOLUTION_UNKNOWN);
         png_set_text(png_, info_, texts, count);
         png_write_info(png_, info_);
         return true;
@@ -104,18 +109,20 @@ class Png {
 };
 
 bool write_head(Png& png, const host::Frame& frame, const Metadata& metadata, const ImageOptions& options) {
-    const std::array<std::array<std::string, 2>, 4> facts = {
-        {{"Software", metadata.software},
-         {"Frame", std::to_string(metadata.frame)},
-         {"Time", format_number(metadata.seconds()) + " s"},
-         {"Scene Digest", metadata.digest}}};
-    std::array<png_text, facts.size()> texts{};
+    std::vector<std::array<std::string, 2>> facts = {{"Software", metadata.software},
+                                                     {"Scene Digest", metadata.digest}};
+    if (metadata.frame) {
+        facts.push_back({"Frame", std::to_string(*metadata.frame)});
+        facts.push_back({"Time", format_number(metadata.seconds()) + " s"});
+    }
+    std::vector<png_text> texts(facts.size());
     for (std::size_t i = 0; i < facts.size(); ++i) {
         texts[i].compression = PNG_TEXT_COMPRESSION_NONE;
         texts[i].key = const_cast<char*>(facts[i][0].c_str());
         texts[i].text = const_cast<char*>(facts[i][1].c_str());
     }
-    return png.head(frame.width, frame.height, options.bits, texts.data(), static_cast<int>(texts.size()));
+    return png.head(frame.width, frame.height, options.bits, metadata.pixel_aspect, texts.data(),
+                    static_cast<int>(texts.size()));
 }
 
 }  // namespace

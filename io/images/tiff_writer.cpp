@@ -70,7 +70,7 @@ bool write_strips(TIFF* tiff, const host::Frame& frame, int rows_per_strip, cons
 
 void set_tags(TIFF* tiff, const host::Frame& frame, const Metadata& metadata, int bits, int rows_per_strip) {
     const std::uint16_t extra[] = {EXTRASAMPLE_UNASSALPHA};
-    const std::string description = "frame " + std::to_string(metadata.frame) + ", time " +
+    const std::string description = "frame " + std::to_string(metadata.frame.value_or(0)) + ", time " +
                                     format_number(metadata.seconds()) + " s, scene digest " + metadata.digest;
     TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, static_cast<std::uint32_t>(frame.width));
     TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, static_cast<std::uint32_t>(frame.height));
@@ -83,6 +83,11 @@ void set_tags(TIFF* tiff, const host::Frame& frame, const Metadata& metadata, in
     TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_ADOBE_DEFLATE);
     TIFFSetField(tiff, TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL);
     TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, static_cast<std::uint32_t>(rows_per_strip));
+    if (metadata.pixel_aspect.value() != 1.0) {
+        TIFFSetField(tiff, TIFFTAG_RESOLUTIONUNIT, RESUNIT_NONE);
+        TIFFSetField(tiff, TIFFTAG_XRESOLUTION, 1.0 / metadata.pixel_aspect.value());
+        TIFFSetField(tiff, TIFFTAG_YRESOLUTION, 1.0);
+    }
     TIFFSetField(tiff, TIFFTAG_SOFTWARE, metadata.software.c_str());
     TIFFSetField(tiff, TIFFTAG_IMAGEDESCRIPTION, description.c_str());
 }
