@@ -6,6 +6,7 @@
 
 #include "cli/background.h"
 #include "cli/exit_code.h"
+#include "cli/faintness.h"
 #include "cli/frame_list.h"
 #include "cli/frame_pipeline.h"
 #include "cli/interrupt.h"
@@ -66,8 +67,9 @@ void leave_out_existing(Job& job) {
 
 // Frames are rendered one after the other on this thread and its helpers, and go into files on others meanwhile.
 void render_frames(const Job& job, host::Session& session, PluginAnswers& answers, int threads,
-                   Progress& progress, StageTimes& times) {
+                   Progress& progress, StageTimes& times, Faintness& faintness) {
     const auto into_file = [&](RenderedFrame& rendered) {
+        faintness.look_at(rendered.image);
         times.measure(StageTimes::lay_over,
                       [&] { job.background.put_behind(rendered.frame, &rendered.image); });
         io::Metadata metadata = job.metadata;
@@ -165,9 +167,12 @@ void render(const RenderOptions& options) {
     tell_start(job, options, asked - job.frames.size(), threads);
     const auto style = options.quiet ? Progress::Style::silent : Progress::style_for(stderr);
     Progress progress(stderr, style, static_cast<int>(job.frames.size()));
-    render_frames(job, session, answers, threads, progress, times);
+    Faintness faintness;
+    render_frames(job, session, answers, threads, progress, times, faintness);
     progress.clear();
     session.stop();
+    if (const std::string note = faintness.note(options.scene.file); !options.quiet && !note.empty())
+        print_note(note);
     if (!options.quiet || telling_in_json())
         tell_end(job.frames.size(), asked - job.frames.size(), progress.seconds(), times);
 }

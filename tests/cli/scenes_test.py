@@ -115,6 +115,12 @@ class Scenes(ProgramTest):
         self.assertEqual(one["layers"][2]["color"]["from"], 2.25, "samples stay samples")
         self.assertNotIn("layer", one["effect"], "the effect's own layer is made again")
 
+    def test_convert_takes_controls_along(self):
+        look = ["--preset", ROOT / "presets/stage-beams.json", "--set", "Look=Linear", "--set", "Reach=70"]
+        self.expect(0, "", "convert", "scene.json", "-o", "look.json", *look)
+        self.assertEqual(self.pictures("scene.json", *look), self.pictures("look.json"))
+        self.expect(2, "did you mean \"Look\"?", "convert", "scene.json", "-o", "b.json", "--set", "Lok=Weak")
+
     def test_convert_refuses(self):
         before = (self.folder / "scene.json").read_text()
         self.expect(2, "that is the scene itself", "convert", "scene.json", "-o", "./scene.json")
