@@ -130,7 +130,7 @@ class GltfReader {
         });
         if (shines_ && dim > 0)
             scene_.notes.push_back(std::to_string(dim) + " of " + std::to_string(layers.size()) +
-                                   " lights stay below " + format_number(kDim) + " %" +
+                                   " lights never reach " + format_number(kDim) + " %" +
                                    "; a lower --light-scale, or \"Light's Intensity\" off, makes them seen");
     }
 
