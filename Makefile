@@ -2,9 +2,11 @@
 JOBS ?= $(shell nproc)
 OUT ?= out
 FUZZ_SECONDS ?= 60
+SOAK_FRAMES ?= 10000
+SOAK_KILLS ?= 100
 
-.PHONY: help demo test test-arm64 test-farm windows test-windows macos-linux package bench bench-road sanitize fuzz \
-        manual format-check format setup-build setup-test setup-sanitize setup-farm release clean
+.PHONY: help demo test test-arm64 test-farm windows test-windows macos-linux package bench bench-road sanitize \
+        sanitize-threads soak fuzz manual format-check format setup-build setup-test setup-sanitize setup-farm release clean
 
 help:
 	@echo "make demo          install what it needs, build, render two real scenes to $(OUT)/"
@@ -18,6 +20,8 @@ help:
 	@echo "make bench         measure the renderer against a plain scalar one, in one run"
 	@echo "make bench-road    measure the program from scene to files, stage by stage"
 	@echo "make sanitize      the same tests under the address and undefined-behaviour sanitizers"
+	@echo "make sanitize-threads  all that uses threads, under the thread sanitizer"
+	@echo "make soak          that, $(SOAK_FRAMES) frames in one process, and $(SOAK_KILLS) killed runs; about half an hour"
 	@echo "make fuzz          hostile files and command lines for every reader, FUZZ_SECONDS ($(FUZZ_SECONDS)) each"
 	@echo "make manual        weave the controls into docs/manual.md and docs/presets.md, and redraw their pictures"
 	@echo "make format-check  are all sources laid out as .clang-format says?"
@@ -68,6 +72,18 @@ sanitize: setup-sanitize
 	cmake --preset asan
 	cmake --build --preset asan -j $(JOBS)
 	ctest --preset asan -j $(JOBS)
+
+sanitize-threads: setup-sanitize
+	cmake --preset tsan
+	cmake --build --preset tsan -j $(JOBS)
+	ctest --preset tsan -j $(JOBS)
+
+# What takes long and asks for much; each line is a run of its own.
+soak: setup-test sanitize-threads
+	cmake --preset release -DZAM_TESTS=ON
+	cmake --build --preset release -j $(JOBS)
+	ZAM_FRAMES=$(SOAK_FRAMES) build/release/tests/contract/contract_tests --gtest_filter='LongRun.*'
+	ZAM_KILLS=$(SOAK_KILLS) python3 tests/cli/stopped_runs_test.py . $(CURDIR)/build/release/zam
 
 fuzz: setup-sanitize
 	cmake --preset asan

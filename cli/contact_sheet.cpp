@@ -106,11 +106,11 @@ void contact_sheet(const Options& options) {
         progress.frame_done(frame, options.output);
     });
     for (const int frame : frames) {
-        if (const int signal = caught_signal()) {
+        RenderedFrame rendered{frame, "", open.session.render(frame, {})};
+        if (const int signal = caught_signal()) {  // given up, perhaps half-way
             pipeline.drop();
             throw Interrupted(signal, "interrupted; no sheet is written");
         }
-        RenderedFrame rendered{frame, "", open.session.render(frame, {})};
         if (!rendered.image.outcome.message.empty()) progress.clear();
         open.answers.check(rendered.image.outcome, "frame " + std::to_string(frame));
         pipeline.put(std::move(rendered));

@@ -10,7 +10,7 @@ enum class ExitCode {
     usage = 2,         // the command line
     bad_input = 3,     // a scene, the preset, or a plate
     plugin = 4,        // the plug-in cannot be loaded, answers with an error or fails a check
-    cannot_write = 5,  // an image, or a scene
+    cannot_write = 5,  // an image, a scene, or standard output
     signal = 128,      // plus the number of the signal that ended the work
 };
 
@@ -21,7 +21,7 @@ inline constexpr const char* kExitCodes =
     "  2  wrong usage of the command line\n"
     "  3  a scene, the preset or a plate cannot be read or used\n"
     "  4  the plug-in cannot be loaded, reports an error or fails a check\n"
-    "  5  an image or a scene cannot be written\n"
+    "  5  an image, a scene or what is printed cannot be written\n"
     "  128 + N  ended by signal N: 130 by Ctrl-C, 143 by kill\n";
 
 // The end of a command that has told all that went wrong itself.

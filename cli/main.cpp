@@ -83,13 +83,6 @@ std::string helpful(const CLI::App& app) {
     return "zam";
 }
 
-// What was printed may not have gone anywhere: a full disk shows when the last of it is written.
-void finish_output() {
-    if (std::fflush(stdout) != 0 || std::ferror(stdout))
-        throw io::WriteError(std::string("standard output: cannot write: ") + std::strerror(errno) +
-                             "\nhint: free some space or write to another disk");
-}
-
 int fail(ExitCode code, const std::string& text) {
     print_error(text, static_cast<int>(code));
     return static_cast<int>(code);
@@ -97,7 +90,7 @@ int fail(ExitCode code, const std::string& text) {
 
 int main(int argc, char** argv) {
     if (is_check_child(argc, argv)) return check_child(argv);
-    platform::prepare_console();
+    platform::prepare_process();
     CLI::App app("Renders the light of a composition's 3D lights, made visible by the plug-in.", "zam");
     app.set_version_flag("--version", version_text);
     app.footer(kExitCodes);
@@ -124,7 +117,6 @@ int main(int argc, char** argv) {
     }
     try {
         run(app, commands);
-        finish_output();
         return static_cast<int>(ExitCode::ok);
     } catch (const Told& told) {
         return static_cast<int>(told.code);
@@ -148,7 +140,19 @@ int main(int argc, char** argv) {
     }
 }
 
+// What was printed may still be on its way.
+int finish_output() {
+    errno = 0;
+    if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return 0;
+    return fail(ExitCode::cannot_write, std::string("cannot write to standard output") +
+                                            (errno ? std::string(": ") + std::strerror(errno) : "") +
+                                            "\nhint: free some space or write to another disk");
+}
+
 }  // namespace
 }  // namespace zam::cli
 
-int main(int argc, char** argv) { return zam::cli::main(argc, argv); }
+int main(int argc, char** argv) {
+    const int code = zam::cli::main(argc, argv);
+    return code == 0 ? zam::cli::finish_output() : code;
+}

@@ -4,6 +4,7 @@
 #include <charconv>
 
 #include "cli/exit_code.h"
+#include "cli/interrupt.h"
 #include "cli/platform.h"
 #include "cli/preset.h"
 #include "cli/settings.h"
@@ -17,12 +18,6 @@ host::Composition read_composition(const OpenOptions& options, bool quiet, const
     return composition;
 }
 
-host::SessionOptions session_options(int threads) {
-    host::SessionOptions options;
-    options.threads = threads;
-    return options;
-}
-
 // Starts the session, for what is set in it.
 host::Session& started(host::Session& session) {
     session.start();
@@ -30,6 +25,13 @@ host::Session& started(host::Session& session) {
 }
 
 }  // namespace
+
+host::SessionOptions session_options(int threads) {
+    host::SessionOptions options;
+    options.threads = threads;
+    options.cancelled = [] { return caught_signal() != 0; };
+    return options;
+}
 
 std::vector<std::string> OpenOptions::files() const {
     if (preset.empty()) return {scene.file};

@@ -22,6 +22,9 @@ struct OpenOptions {
 // Adds SCENE and what goes with it, --set, --preset, --plugin and --threads; `options` must outlive the parsing.
 void add_open_options(CLI::App& command, OpenOptions& options);
 
+// How the program runs every effect: on so many threads, and giving up a frame when an interrupt was caught.
+[[nodiscard]] host::SessionOptions session_options(int threads);
+
 // The scene, and a started session with all its controls set.
 class OpenScene {
   public:

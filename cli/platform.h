@@ -11,8 +11,9 @@ inline constexpr const char* kPluginName =
     "Zam.so";
 #endif
 
-// Makes console and program speak UTF-8 to each other, where they do not anyway.
-void prepare_console();
+// Makes console and program speak UTF-8 to each other, where they do not anyway, and a file that grows beyond the
+// process's limit an error to tell of, not the program's end.
+void prepare_process();
 
 // A terminal on which a line can be taken back.
 [[nodiscard]] bool is_terminal(std::FILE* stream);

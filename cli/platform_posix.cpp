@@ -10,7 +10,7 @@
 
 namespace zam::cli::platform {
 
-void prepare_console() {}
+void prepare_process() { std::signal(SIGXFSZ, SIG_IGN); }
 
 bool is_terminal(std::FILE* stream) {
     const char* terminal = std::getenv("TERM");

@@ -15,7 +15,7 @@ HANDLE console_of(std::FILE* stream) { return reinterpret_cast<HANDLE>(_get_osfh
 
 }  // namespace
 
-void prepare_console() { SetConsoleOutputCP(CP_UTF8); }
+void prepare_process() { SetConsoleOutputCP(CP_UTF8); }
 
 // As a side effect the console obeys escape sequences from now on.
 bool is_terminal(std::FILE* stream) {

@@ -81,10 +81,10 @@ void render_frames(const Job& job, host::Session& session, PluginAnswers& answer
     FramePipeline pipeline(threads, into_file,
                            [&](int frame, const std::string& file) { progress.frame_done(frame, file); });
     for (const int frame : job.frames) {
-        if (caught_signal()) break;
         RenderedFrame rendered{frame, job.names.file(frame), {}};
         rendered.image =
             times.measure(StageTimes::render, [&] { return session.render(frame, job.settings); });
+        if (caught_signal()) break;  // given up, perhaps half-way
         const host::Outcome& outcome = rendered.image.outcome;
         if (!outcome.ok() || !outcome.message.empty()) progress.clear();
         answers.check(outcome, "frame " + std::to_string(frame));
@@ -147,9 +147,7 @@ void render(const RenderOptions& options) {
 
     const host::Plugin plugin =
         times.measure(StageTimes::load_plugin, [&] { return host::Plugin(plugin_file(options.plugin)); });
-    host::SessionOptions session_options;
-    session_options.threads = options.threads;
-    host::Session session(plugin, composition, session_options);
+    host::Session session(plugin, composition, session_options(options.threads));
     times.measure(StageTimes::load_plugin, [&] { session.start(); });
     PluginAnswers answers;
     const GivenControls given = apply_settings(session, composition, options.settings, answers);

@@ -101,6 +101,9 @@ class Instance {
         handles_.changed();
     }
 
+    // Is the command no longer wanted? On any thread.
+    [[nodiscard]] bool cancelled() const { return options.cancelled && options.cancelled(); }
+
     void begin(PF_Cmd command, double frame);
 
     static constexpr ItemId kCompItem = -1;

@@ -15,12 +15,17 @@ PF_Err add_param(PF_ProgPtr effect_ref, PF_ParamIndex index, PF_ParamDefPtr defi
     });
 }
 
+void go_on(const Instance& in, PF_ProgPtr effect_ref) {
+    in.check(effect_ref);
+    if (in.cancelled()) throw Refusal{PF_Interrupt_CANCEL};
+}
+
 PF_Err abort_asked(PF_ProgPtr effect_ref) {
-    return serve("Inter.abort", [&](Instance& in) { in.check(effect_ref); });
+    return serve("Inter.abort", [&](Instance& in) { go_on(in, effect_ref); });
 }
 
 PF_Err progress(PF_ProgPtr effect_ref, A_long, A_long) {
-    return serve("Inter.progress", [&](Instance& in) { in.check(effect_ref); });
+    return serve("Inter.progress", [&](Instance& in) { go_on(in, effect_ref); });
 }
 
 }  // namespace

@@ -69,6 +69,9 @@ struct SessionOptions {
     std::chrono::microseconds row_pause{0};  // before each row, so that even quick rows meet several threads
     std::uint8_t output_byte = kDirtyByte;   // that output pixels start as
     LightType new_light_type = LightType::spot;  // of the lights that the effect creates
+    // Is the frame no longer wanted? Asked by the effect, and before each row on whatever thread takes it; true answers
+    // them PF_Interrupt_CANCEL. Must not throw.
+    std::function<bool()> cancelled{};
     // Has the last word on what a command is given, for tests of values that no composition leads to.
     std::function<void(PF_InData&)> amend_in_data{};
     std::vector<std::string> withheld_suites{};  // "AEGP Light Suite 1": name and wire version

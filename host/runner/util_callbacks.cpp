@@ -152,6 +152,7 @@ PF_Err iterate_pixels(std::string_view name, PF_InData* in_data, PF_EffectWorld*
             const std::string call(function_name(name));
             const Instance::SeveralThreads threads(in);
             const PF_Err error = in.rows.run(area.top, area.bottom, [&](A_long y) {
+                if (in.cancelled()) return PF_Err{PF_Interrupt_CANCEL};
                 if (in.options.row_pause.count()) std::this_thread::sleep_for(in.options.row_pause);
                 return iterate_row(in, call.c_str(), area, y, src, dst, refcon, function);
             });

@@ -1,17 +1,14 @@
-"""The files that `zam render` leaves: formats, what they tell, backgrounds, interrupted runs.
+"""The files that `zam render` leaves: formats, what they tell, backgrounds, logs.
 
     output_test.py ROOT PROGRAM...
 """
 
 import json
 import re
-import signal
-import subprocess
 import sys
-import time
 import unittest
 
-from zam_program import PROGRAM, SCENE, ProgramTest, read_png
+from zam_program import SCENE, ProgramTest, read_png
 
 
 class Output(ProgramTest):
@@ -124,32 +121,6 @@ class Output(ProgramTest):
         self.assertGreater(len(files), 4)
         for file in files:
             read_png(file)
-
-    def test_stopped_runs_leave_whole_frames_and_can_go_on(self):
-        self.write("long.json", {**SCENE, "size": [640, 360], "duration": 3000, "work_area": [0, 2999]})
-        for end in (signal.SIGINT, signal.SIGTERM, signal.SIGKILL):
-            out = self.folder / end.name
-            process = subprocess.Popen([*PROGRAM, "render", "long.json", "-o", f"{end.name}/a.####.png"], cwd=self.folder,
-                                       stderr=subprocess.PIPE, text=True)
-            while not out.exists() or len(list(out.iterdir())) < 3:
-                self.assertIsNone(process.poll(), "ended before it was stopped")
-                time.sleep(0.01)
-            process.send_signal(end)
-            told = process.communicate(timeout=60)[1]
-            files = sorted(p.name for p in out.iterdir())
-            self.assertLess(len(files), 3000)
-            for name in files:
-                self.assertRegex(name, r"^a\.\d{4}\.png$", "only frames are left")
-                self.assertTrue((out / name).read_bytes().endswith(b"IEND\xaeB`\x82"), "only whole frames are left")
-            if end == signal.SIGKILL:
-                continue
-            self.assertEqual(process.returncode, 128 + end)
-            self.assertIn(f"zam: interrupted with {len(files)} of 3000 frames written\nzam: hint: ", told)
-            last = int(files[-1][2:6])
-            run = self.expect(0, f"{len(files)} frames there already", "render", "long.json", "-o",
-                              f"{end.name}/a.####.png", "--frames", f"0-{last + 2}", "--skip-existing")
-            self.assertEqual(len(list(out.iterdir())), last + 3)
-            self.assertIn("frame ", run.stderr)
 
     def test_log_for_machines(self):
         def events(code, *arguments):

@@ -94,11 +94,6 @@ class Program(ProgramTest):
         self.expect(5, "file", "render", "scene.json", "-o", "file/a.#.png")
         (self.folder / "taken.3.png").mkdir()
         self.expect(5, "taken.3.png: cannot write the file", "render", "scene.json", "-o", "taken.#.png")
-        if not WINDOWS:
-            with open("/dev/full", "w") as full:
-                run = subprocess.run([*PROGRAM, "controls", "--json"], stdout=full, stderr=subprocess.PIPE, text=True)
-            self.assertEqual((run.returncode, run.stderr.split("\n")[0]),
-                             (5, "zam: standard output: cannot write: No space left on device"))
 
     def test_light_that_nobody_sees_is_told_of(self):
         for intensity, told in ((0, "no light is in these frames"), (0.01, "the light is faint"), (20, "")):

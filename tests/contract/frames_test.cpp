@@ -1,6 +1,4 @@
-// Frames as a whole: threads, resolutions, sizes.
-#include <cstdlib>
-
+// Frames as a whole: resolutions, sizes.
 #include "tests/contract/zam_fixture.h"
 
 namespace zam::test {
@@ -19,19 +17,6 @@ Composition mixed_lights(int width, int height) {
         spot.light.cone_feather = 30.0 * i;
     }
     return comp;
-}
-
-TEST(Frames, AreTheSameBytesWhateverTheNumberOfThreads) {
-    const Composition comp = mixed_lights(960, 540);
-    for (const Depth depth : {Depth::bits8, Depth::bits16}) {
-        const Frame one = Running(comp, {.threads = 1}).render(0, {.depth = depth});
-        EXPECT_TRUE(one.outcome.ok());
-        EXPECT_FALSE(is_black(one));
-        for (const int threads : {2, 7}) {
-            EXPECT_EQ(Running(comp, {.threads = threads}).render(0, {.depth = depth}).argb, one.argb)
-                << threads;
-        }
-    }
 }
 
 TEST(Frames, HalfResolutionTakesEverySecondPixel) {
