@@ -107,6 +107,12 @@ double Value(const PF_RationalScale& ratio) {
     return static_cast<double>(ratio.num) / static_cast<double>(ratio.den);
 }
 
+// From one pixel's ray to the next: neither none nor so far that no number holds its square, and not a not-a-number.
+bool SpreadsRays(double step) {
+    constexpr double kLeast = 1e-15, kMost = 1e15;
+    return (step >= kLeast && step <= kMost) || (step <= -kLeast && step >= -kMost);
+}
+
 bool HasZero(const PF_RationalScale& ratio) { return ratio.num == 0 || ratio.den == 0; }
 
 }  // namespace
@@ -142,16 +148,20 @@ PF_Err Render(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[], P
     frame.width = projection.width = output->width;
     frame.height = projection.height = output->height;
     frame.deep = output->world_flags & PF_WorldFlag_DEEP;
-    const bool no_picture = projection.zoom == 0.0 || HasZero(in_data->pixel_aspect_ratio) ||
-                            HasZero(in_data->downsample_x) || HasZero(in_data->downsample_y);
-    if (no_picture) {
-        points.count = spots.count = 0;
-    } else {
+    if (!HasZero(in_data->pixel_aspect_ratio) && !HasZero(in_data->downsample_x) &&
+        !HasZero(in_data->downsample_y)) {
         projection.downsample_x = Value(in_data->downsample_x);
         projection.downsample_y = Value(in_data->downsample_y);
         frame.aspectOverDownsampleX = Value(in_data->pixel_aspect_ratio) / projection.downsample_x;
         frame.invDownsampleY = 1.0 / projection.downsample_y;
         frame.invZoom = 1.0 / projection.zoom;
+    }
+    if (SpreadsRays(frame.aspectOverDownsampleX * frame.invZoom) &&
+        SpreadsRays(frame.invDownsampleY * frame.invZoom)) {
+        KeepLightsInRange(projection, &points, point_lights.get());
+        KeepLightsInRange(projection, &spots, spot_lights.get());
+    } else {
+        points.count = spots.count = 0;
     }
 
     const HostMaths maths(in_data);

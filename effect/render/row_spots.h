@@ -89,7 +89,7 @@ class SpotRows {
             if (!any((s.t_out > s.t_in) | (s.f_out > s.f_in))) continue;
             const FogRay<S> ray =
                 MakeFogRay(Load<S>(block.a + i), Load<S>(block.inv_root_a + i), Load<S>(k_ + i),
-                           Load<S>(rp_ + i), opt, kModel == SpotModel::constant ? 0.0 : 1.0);
+                           Load<S>(rp_ + i), opt, kModel == SpotModel::constant ? 0.0 : opt.softening);
             const S sum = at_least_zero(SpotScattering<kModel, kFeathered>(spots_, opt, ray, s));
             const S value = squared ? sum * sum : sum;
             const auto add = [&](double* to, double strength) {

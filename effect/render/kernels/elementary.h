@@ -107,10 +107,10 @@ template <class V>
     return MulAdd(exponent, V(kLn2High), MulAdd(exponent, V(kLn2Low), fraction));
 }
 
-// v^exponent for normal v in (0, 1] and exponent > 0; 0 where the result is below the normal numbers.
+// v^exponent for normal v > 0 and exponent > 0; 0 where the result is below the normal numbers, e^708 where it is above.
 template <class V>
 [[gnu::always_inline]] inline V Power(V v, double exponent) {
-    const V power = exponent * LogOfQuotient(v, V(1.0));  // natural logarithm of the result, 0 or below
+    const V power = exponent * LogOfQuotient(v, V(1.0));  // natural logarithm of the result
     // exp(x) = 2^n exp(r) with |r| <= log(2) / 2; 4.2e-18
     static constexpr double kExp[] = {
         1.0,

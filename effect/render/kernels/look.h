@@ -15,18 +15,30 @@ inline bool SquaresLights(std::int32_t look) {
     return l == Look::weak || l == Look::natural || l == Look::adjustable_natural;
 }
 
+// Below the normal numbers there is no light left.
+inline constexpr double kLeastNormal = std::numeric_limits<double>::min();
+
+// v^exponent for v < 0: a number for whole exponents only. Out of the way: only lights that take light away lead here.
+template <class V>
+[[gnu::noinline, gnu::cold]] V PowerOfNegative(V v, double exponent) {
+    if (std::floor(exponent) != exponent) return V(std::numeric_limits<double>::quiet_NaN());
+    const auto normal = v <= -kLeastNormal;
+    const V power = select(normal, Power(select(normal, -v, V(1.0)), exponent), V(0.0));
+    return std::floor(0.5 * exponent) == 0.5 * exponent ? power : -power;
+}
+
 // The final curve of one sum. Chosen by ranges: below 3 cut off, 3 and 4 the square root, above 4 the power. Of a sum below
-// zero, roots and powers are not numbers.
+// zero, roots are not numbers.
 template <class V>
 [[gnu::always_inline]] inline V ShapeByLook(std::int32_t look, double invGamma, V v) {
     const V cut = smaller(v, V(1.0));
     if (look < 3) return cut;
     if (look <= 4) return select(cut == 0.0, V(0.0), Root(cut));
-    // Below the normal numbers there is no light left.
-    constexpr double kNormal = 2.2250738585072014e-308;
-    const auto normal = cut >= kNormal;
-    const V none = select(cut >= 0.0, V(0.0), V(std::numeric_limits<double>::quiet_NaN()));
-    return select(normal, Power(select(normal, cut, V(1.0)), invGamma), none);
+    const auto normal = cut >= kLeastNormal, negative = cut < 0.0;
+    const V power = select(normal, Power(select(normal, cut, V(1.0)), invGamma), V(0.0));
+    if (any(negative)) [[unlikely]]
+        return select(negative, PowerOfNegative(cut, invGamma), power);
+    return power;
 }
 
 // Channel code of a value in units of full scale, rounded half up: the low bits of the integer part of
