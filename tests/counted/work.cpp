@@ -50,10 +50,10 @@ struct LanesOf<Counted> {
     static Counted Index() { return 0.0; }
 };
 
-Work CountRow(const _RenderData& frame, A_long y, PF_Pixel* out) {
-    work = {};
+void CountRow(const _RenderData& frame, A_long y, PF_Pixel* out, Work* sum) {
+    work = *sum;
     RowRenderer<Counted>(frame, y).Render(out);
-    return work;
+    *sum = work;
 }
 
 }  // namespace zam

@@ -12,7 +12,7 @@ struct Work {
     long bytes = 0;                           // of pixels, written
 };
 
-// Renders row y as a RowFunc does.
-Work CountRow(const _RenderData& frame, A_long y, PF_Pixel* out);
+// Renders row y as a RowFunc does, and adds what it takes to *sum.
+void CountRow(const _RenderData& frame, A_long y, PF_Pixel* out, Work* sum);
 
 }  // namespace zam

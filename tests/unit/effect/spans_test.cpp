@@ -74,12 +74,12 @@ TEST(Spans, HoldEveryLitColumn) {
 long roots_of_lights(const Scene& scene, A_long step) {
     const literal::Frame frame(scene);
     std::vector<PF_Pixel16> row(static_cast<std::size_t>(scene.width));
-    long roots = 0;
+    Work work;
     for (A_long y = 0; y < scene.height; y += step) {
-        const Work work = CountRow(frame.data(), y, reinterpret_cast<PF_Pixel*>(row.data()));
-        roots += work.roots + work.inverse_roots - scene.width;
+        CountRow(frame.data(), y, reinterpret_cast<PF_Pixel*>(row.data()), &work);
+        work.roots -= scene.width;
     }
-    return roots;
+    return work.roots + work.inverse_roots;
 }
 
 // Work, not time: what the renderer computes for pixels that a light cannot reach.
