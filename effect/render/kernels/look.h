@@ -10,7 +10,7 @@ namespace zam {
 enum class Look : std::int32_t { weak = 1, linear, natural, strong, adjustable_linear, adjustable_natural };
 
 // Squared before it is added: each light's values in these looks.
-inline bool SquaresLights(std::int32_t look) {
+[[gnu::always_inline]] inline bool SquaresLights(std::int32_t look) {
     const Look l{look};
     return l == Look::weak || l == Look::natural || l == Look::adjustable_natural;
 }
@@ -25,14 +25,15 @@ template <class V>
     // Below the normal numbers there is no light left.
     constexpr double kNormal = 2.2250738585072014e-308;
     const auto normal = cut >= kNormal;
-    const V none = select(cut >= 0.0, V(0.0), V(std::numeric_limits<double>::quiet_NaN()));
+    constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
+    const V none = select(cut >= 0.0, V(0.0), V(kNotANumber));
     return select(normal, Power(select(normal, cut, V(1.0)), invGamma), none);
 }
 
 // Channel code of a value in units of full scale, rounded half up: the low bits of the integer part of
 // value * full_scale + 0.5. What no 32-bit integer holds gets the nearest end of the scale, a not-a-number 0.
 template <class Channel>
-Channel ChannelCode(double value, double full_scale) {
+[[gnu::always_inline]] inline Channel ChannelCode(double value, double full_scale) {
     const double scaled = value * full_scale + 0.5;
     if (!(scaled > -2147483649.0)) return 0;
     if (!(scaled < 2147483648.0)) return static_cast<Channel>(full_scale);
