@@ -17,12 +17,17 @@ namespace zam {
 inline constexpr double kFarthest = 10000000.0;  // stands in for an end that is not there
 inline constexpr double kConeEps = 1e-05;        // absolute, on every coefficient of the quadratic
 
-// The ray's products with one spot light. Where k is 0 its reciprocal means nothing. The products are summed as they
-// stand, without fused operations: whether k is exactly 0 decides what the caps do.
+// k, summed as it stands, without fused operations: whether it is exactly 0 decides what the caps do.
+template <class V>
+[[gnu::always_inline]] inline V RayDotAxis(V rx, V ry, V rz, const Vec3& axis) {
+    return rx * axis.x + ry * axis.y + rz * axis.z;
+}
+
+// The ray's products with one spot light. Where k is 0 its reciprocal means nothing.
 template <class V>
 [[gnu::always_inline]] inline _RayOpt<V> MakeRayOpt(V rx, V ry, V rz, const _VisLightStruct& light) {
     _RayOpt<V> ray;
-    ray.rayDotAxis = rx * light.dir.x + ry * light.dir.y + rz * light.dir.z;
+    ray.rayDotAxis = RayDotAxis(rx, ry, rz, light.dir);
     ray.invRayDotAxis = Reciprocal(ray.rayDotAxis);
     ray.rayDotPos = MulAdd(rx, V(light.pos.x), MulAdd(ry, V(light.pos.y), rz * light.pos.z));
     return ray;

@@ -8,6 +8,9 @@ namespace zam {
 
 inline constexpr double kPi = 3.141592653589793;
 
+// Together log(2); an exponent times the first is exact.
+inline constexpr double kLn2High = 0.6931471803691238, kLn2Low = 1.9082149292705877e-10;
+
 // c[first] + c[first + 1] z + ... of `terms` coefficients, with powers[n] = z^(2^n): halves are joined, so that no
 // operation waits for a long chain of others.
 template <int first, int terms, class V, int kTerms>
@@ -102,7 +105,6 @@ template <class V>
         0.07404855180327638,
     };
     const V s = Quotient(n_mantissa - d_mantissa, n_mantissa + d_mantissa);
-    constexpr double kLn2High = 0.6931471803691238, kLn2Low = 1.9082149292705877e-10;
     const V fraction = 2.0 * s * Polynomial(kAtanh, s * s);
     return MulAdd(exponent, V(kLn2High), MulAdd(exponent, V(kLn2Low), fraction));
 }
@@ -129,7 +131,7 @@ template <class V>
     constexpr double kLeast = -708.0;  // exp of it is a normal number
     const V x = smaller(select(power > kLeast, power, V(kLeast)), V(-kLeast));
     const V n = Floor(MulAdd(x, V(1.4426950408889634), V(0.5)));
-    const V r = NegMulAdd(n, V(1.9082149292705877e-10), NegMulAdd(n, V(0.6931471803691238), x));
+    const V r = NegMulAdd(n, V(kLn2Low), NegMulAdd(n, V(kLn2High), x));
     return select(power > kLeast, ScaleByPowerOfTwo(Polynomial(kExp, r), n), V(0.0));
 }
 

@@ -29,7 +29,7 @@ inline double Abs(double v) { return std::fabs(v); }
 inline double Floor(double v) { return std::floor(v); }
 
 // a * b + c and c - a * b; in one rounding where the processor can.
-inline double MulAdd(double a, double b, double c) { return a * b + c; }
+[[gnu::always_inline]] inline double MulAdd(double a, double b, double c) { return a * b + c; }
 inline double NegMulAdd(double a, double b, double c) { return c - a * b; }
 
 // n / d, 1 / v, 1 / sqrt(v) and sqrt(v), for normal numbers (positive ones under the root) to about one unit in the last

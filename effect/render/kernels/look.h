@@ -30,11 +30,17 @@ template <class V>
     return select(normal, Power(select(normal, cut, V(1.0)), invGamma), none);
 }
 
+// value * full + 0.5, whose whole part is the value's channel code.
+template <class V>
+[[gnu::always_inline]] inline V HalfUp(V value, double full) {
+    return MulAdd(value, V(full), V(0.5));
+}
+
 // Channel code of a value in units of full scale, rounded half up: the low bits of the integer part of
-// value * full_scale + 0.5. What no 32-bit integer holds gets the nearest end of the scale, a not-a-number 0.
+// HalfUp. What no 32-bit integer holds gets the nearest end of the scale, a not-a-number 0.
 template <class Channel>
 [[gnu::always_inline]] inline Channel ChannelCode(double value, double full_scale) {
-    const double scaled = value * full_scale + 0.5;
+    const double scaled = HalfUp(value, full_scale);
     if (!(scaled > -2147483649.0)) return 0;
     if (!(scaled < 2147483648.0)) return static_cast<Channel>(full_scale);
     return static_cast<Channel>(static_cast<std::uint32_t>(static_cast<std::int32_t>(scaled)));
