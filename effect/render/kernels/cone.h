@@ -8,7 +8,14 @@
 //   c       cosSq               -        squared cosine of the half angle
 //
 // x(t) is on the double cone where A t^2 + 2 B t + C = 0 with A = k^2 - c (r.r), B = c (r.p) - k (d.p) and
-// C = (d.p)^2 - c (p.p). Half of it, the nappe behind the apex, is no part of the light.
+// C = (d.p)^2 - c (p.p). Half of it, the nappe behind the apex, is no part of the light: x(t) is on the forward one where
+// (t r - p).d = t k - d.p is not negative.
+//
+// The caps are planes across the axis, d.x = startPlane and d.x = endPlane, that the ray meets at t = plane / k. Plain, from
+// lo = 0 and hi = kFarthest, the end cap first: where k > 0 the light lies before it, hi = min(hi, end), and where k < 0
+// behind it, lo = max(lo, end); then the start cap the other way round, lo = max(lo, start) where k > 0, hi = min(hi, start)
+// where k < 0. One selection by the sign of k does both below. With a reach layer its plane is the end cap, n.x = endPlane
+// endSign, and the sign of r.n decides in place of k.
 #include "effect/render/kernels/lanes.h"
 #include "effect/render/kernels/records.h"
 
@@ -81,7 +88,8 @@ template <class V>
                                                         V* tNear, V* tFar) {
     const V k = ray.rayDotAxis, lo = caps.lo, hi = caps.hi;
     const auto along = k > 0.0;
-    // Behind the last point of the ray that may count, seen from the nappe behind the apex.
+    // Stands in for a root that is not on the forward nappe, which goes on without end where k > 0 and comes from there
+    // where k < 0.
     const V beyond = select(along, V(kFarthest), V(-kFarthest));
 
     const V apex_depth(opt.axisDotPos);
