@@ -1,7 +1,7 @@
 #pragma once
 // Arc tangent, logarithm and power on any lane type, shaped as the formulas need them: of a quotient, with one
-// reciprocal for both. Coefficients are Chebyshev interpolations of the function over the range that is left after
-// reduction, computed in 70 digits; their error is given as a share of the function's value.
+// reciprocal for both. Coefficients are those of interpolations at the Chebyshev nodes of the range that is left after
+// reduction; elementary_test.cpp holds the functions against the C library's.
 #include "effect/render/kernels/lanes.h"
 
 namespace zam {
@@ -57,7 +57,7 @@ template <class V>
 }
 template <class V>
 [[gnu::always_inline]] inline V AngleFromQuotient(V q, V y, V x) {
-    // atan(sqrt(z)) / sqrt(z) for 0 <= z <= tan(pi/8)^2; 3.47e-17
+    // atan(sqrt(z)) / sqrt(z) for 0 <= z <= tan(pi/8)^2
     static constexpr double kAtan[] = {
         1.0,
         -0.3333333333332844,
@@ -93,7 +93,7 @@ template <class V>
     n_mantissa = select(high, 0.5 * n_mantissa, select(low, 2.0 * n_mantissa, n_mantissa));
     const V step = select(high, V(1.0), select(low, V(-1.0), V(0.0)));
     const V exponent = n_exponent - d_exponent + step;
-    // log(f) = 2 atanh(s), s = (f - 1) / (f + 1) = (n - d) / (n + d); atanh(sqrt(z)) / sqrt(z) to 1.2e-18
+    // log(f) = 2 atanh(s), s = (f - 1) / (f + 1) = (n - d) / (n + d); atanh(sqrt(z)) / sqrt(z)
     static constexpr double kAtanh[] = {
         1.0,
         0.33333333333333826,
@@ -113,7 +113,7 @@ template <class V>
 template <class V>
 [[gnu::always_inline]] inline V Power(V v, double exponent) {
     const V power = exponent * LogOfQuotient(v, V(1.0));  // natural logarithm of the result, 0 or below
-    // exp(x) = 2^n exp(r) with |r| <= log(2) / 2; 4.2e-18
+    // exp(x) = 2^n exp(r) with |r| <= log(2) / 2
     static constexpr double kExp[] = {
         1.0,
         1.0,
