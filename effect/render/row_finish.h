@@ -6,10 +6,10 @@
 
 namespace zam {
 
-// value * full + 0.5, whose whole part is the channel's code; 0 in lanes that another rule will write.
+// Whose whole part is the channel's code; that of 0 in lanes that another rule will write.
 template <class Mask, class V>
 [[gnu::always_inline]] inline V CodeOf(Mask usual, V value, double full) {
-    return MulAdd(select(usual, value, V(0.0)), V(full), V(0.5));
+    return HalfUp(select(usual, value, V(0.0)), full);
 }
 
 // Straight colour with alpha; pixels without light keep what the frame was cleared to.

@@ -12,10 +12,7 @@ class SpotRows {
   public:
     explicit SpotRows(RowBlock<V>& block)
         : block_(block),
-          spots_{*block.frame.spotData,
-                 {block.frame.invZoom, block.frame.aspectOverDownsampleX, block.frame.invDownsampleY,
-                  block.frame.width, block.frame.height},
-                 block.frame.spotScale},
+          spots_{*block.frame.spotData, block.frame.rays(), block.frame.spotScale},
           model_(block.frame.spotData->count > 0 ? SpotModel{block.frame.spotData->model} : SpotModel::off) {
         if (model_ == SpotModel::off) return;
         const int count = spots_.settings.count, known = count < kKnownColumns ? count : kKnownColumns;

@@ -4,8 +4,10 @@
 """
 
 import json
+import os
 import sys
 import unittest
+import unittest.mock
 
 from zam_program import ROOT, SCENE, ProgramTest, read_png
 
@@ -75,6 +77,16 @@ class Scenes(ProgramTest):
         self.assertRegex(run.stderr, r"(?s)zam: bad.json:2:35: .*zam: control.json:2:26: .*did you mean \"Look\"\?\n"
                                      r"zam: none.json: cannot read")
         self.expect(2, "no scene is given", "validate")
+
+    def test_targets_draw_the_same_codes(self):
+        drawn = []
+        for cap in "scalar", "avx2", "avx512":
+            with unittest.mock.patch.dict(os.environ, ZAM_TARGET=cap):
+                for scene in (ROOT / "tests/golden").glob("*.json"):
+                    self.expect(0, "", "render", scene, "-o", f"{cap}/{scene.stem}.##.png", "--depth", "16")
+            drawn.append({path.name: read_png(path) for path in (self.folder / cap).iterdir()})
+        self.assertGreater(len(drawn[0]), 19)
+        self.assertEqual([[name for name in drawn[0] if wide[name] != drawn[0][name]] for wide in drawn[1:]], [[], []])
 
     def test_convert_keeps_every_frame(self):
         moving = {

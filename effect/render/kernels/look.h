@@ -10,7 +10,7 @@ namespace zam {
 enum class Look : std::int32_t { weak = 1, linear, natural, strong, adjustable_linear, adjustable_natural };
 
 // Squared before it is added: each light's values in these looks.
-inline bool SquaresLights(std::int32_t look) {
+[[gnu::always_inline]] inline bool SquaresLights(std::int32_t look) {
     const Look l{look};
     return l == Look::weak || l == Look::natural || l == Look::adjustable_natural;
 }
@@ -41,11 +41,17 @@ template <class V>
     return power;
 }
 
+// value * full + 0.5, whose whole part is the value's channel code.
+template <class V>
+[[gnu::always_inline]] inline V HalfUp(V value, double full) {
+    return MulAdd(value, V(full), V(0.5));
+}
+
 // Channel code of a value in units of full scale, rounded half up: the low bits of the integer part of
-// value * full_scale + 0.5. What no 32-bit integer holds gets the nearest end of the scale, a not-a-number 0.
+// HalfUp. What no 32-bit integer holds gets the nearest end of the scale, a not-a-number 0.
 template <class Channel>
-Channel ChannelCode(double value, double full_scale) {
-    const double scaled = value * full_scale + 0.5;
+[[gnu::always_inline]] inline Channel ChannelCode(double value, double full_scale) {
+    const double scaled = HalfUp(value, full_scale);
     if (!(scaled > -2147483649.0)) return 0;
     if (!(scaled < 2147483648.0)) return static_cast<Channel>(full_scale);
     return static_cast<Channel>(static_cast<std::uint32_t>(static_cast<std::int32_t>(scaled)));
