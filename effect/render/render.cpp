@@ -1,5 +1,8 @@
 #include "effect/render/render.h"
 
+#include <cstddef>
+#include <cstring>
+
 #include "effect/params/params.h"
 #include "effect/render/light_records.h"
 #include "effect/render/pixel_func.h"
@@ -103,6 +106,17 @@ void ReadCamera(PF_InData* in_data, PF_OutData* out_data, Projection* projection
     projection->zoom = kFallbackZoom;
 }
 
+// By hand where the host will not: it hands out its worlds dirty.
+void Clear(PF_InData* in_data, PF_LayerDef* output) {
+    const PF_Pixel transparent_black{};
+    if (!in_data->utils->fill(in_data->effect_ref, &transparent_black, nullptr, output)) return;
+    const bool deep = output->world_flags & PF_WorldFlag_DEEP;
+    const auto width = static_cast<std::size_t>(output->width);
+    auto* row = reinterpret_cast<char*>(output->data);
+    for (A_long y = 0; y < output->height; ++y, row += output->rowbytes)
+        std::memset(row, 0, width * (deep ? sizeof(PF_Pixel16) : sizeof(PF_Pixel)));
+}
+
 double Value(const PF_RationalScale& ratio) {
     return static_cast<double>(ratio.num) / static_cast<double>(ratio.den);
 }
@@ -123,8 +137,7 @@ PF_Err Render(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[], P
     ReachPlane reach;
     if (spots.reachActive) spots.reachActive = FindReachPlane(in_data, &reach);
 
-    const PF_Pixel transparent_black{};
-    in_data->utils->fill(in_data->effect_ref, &transparent_black, nullptr, output);
+    Clear(in_data, output);
 
     // In this order, so that they are given back in the opposite one.
     HostArray<_VisLightStruct> spot_lights(in_data), point_lights(in_data);

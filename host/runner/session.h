@@ -145,7 +145,11 @@ class Session {
     [[nodiscard]] const std::vector<std::string>& reports() const;
     // What the effect asked for and this host does not have: suites and calls, each once.
     [[nodiscard]] const std::vector<std::string>& missed() const;
+    // The suites asked for in those calls: "AEGP Light Suite 1".
+    [[nodiscard]] const std::vector<std::string>& suites() const;
     void set_faults(FaultPlan faults);  // counts calls from now on
+    // How many of them the effect has met, also as results that were spoilt.
+    [[nodiscard]] int faults_met() const;
 
   private:
     struct State;
