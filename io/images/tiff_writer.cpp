@@ -44,12 +44,7 @@ template <class Sample, class FillRow>
 bool write_strips(TIFF* tiff, const host::Frame& frame, int rows_per_strip, const FillRow& fill_row) {
     const std::size_t row_samples = static_cast<std::size_t>(frame.width) * 4;
     std::vector<Sample> strip(row_samples * static_cast<std::size_t>(rows_per_strip));
-    std::vector<std::uint8_t> packed;
     Deflater deflater;
-    const auto out = [&](std::span<const std::uint8_t> bytes) {
-        packed.insert(packed.end(), bytes.begin(), bytes.end());
-        return true;
-    };
     for (int first = 0; first < frame.height; first += rows_per_strip) {
         const int rows = std::min(rows_per_strip, frame.height - first);
         for (int y = 0; y < rows; ++y) {
@@ -57,12 +52,12 @@ bool write_strips(TIFF* tiff, const host::Frame& frame, int rows_per_strip, cons
             fill_row(first + y, row);
             subtract_left(row, row_samples);
         }
-        packed.clear();
-        deflater.add({reinterpret_cast<const std::uint8_t*>(strip.data()),
-                      row_samples * static_cast<std::size_t>(rows) * sizeof(Sample)},
-                     true, out);
+        const std::span<const std::uint8_t> packed =
+            deflater.compress({reinterpret_cast<const std::uint8_t*>(strip.data()),
+                               row_samples * static_cast<std::size_t>(rows) * sizeof(Sample)});
         const auto number = static_cast<std::uint32_t>(first / rows_per_strip);
-        if (TIFFWriteRawStrip(tiff, number, packed.data(), static_cast<tmsize_t>(packed.size())) < 0)
+        if (TIFFWriteRawStrip(tiff, number, const_cast<std::uint8_t*>(packed.data()),
+                              static_cast<tmsize_t>(packed.size())) < 0)
             return false;
     }
     return true;
