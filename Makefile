@@ -4,6 +4,7 @@ OUT ?= out
 FUZZ_SECONDS ?= 60
 SOAK_FRAMES ?= 10000
 SOAK_KILLS ?= 100
+SOAK_SCENES ?= 18000
 
 .PHONY: help demo test test-arm64 test-farm windows test-windows macos-linux package bench bench-road sanitize \
         sanitize-threads soak fuzz manual format-check format setup-build setup-test setup-sanitize setup-farm release clean
@@ -21,7 +22,7 @@ help:
 	@echo "make bench-road    measure the program from scene to files, stage by stage"
 	@echo "make sanitize      the same tests under the address and undefined-behaviour sanitizers"
 	@echo "make sanitize-threads  all that uses threads, under the thread sanitizer"
-	@echo "make soak          that, $(SOAK_FRAMES) frames in one process, and $(SOAK_KILLS) killed runs"
+	@echo "make soak          that, $(SOAK_FRAMES) frames in one process, $(SOAK_SCENES) wild scenes, $(SOAK_KILLS) killed runs"
 	@echo "make fuzz          hostile files and command lines for every reader, FUZZ_SECONDS ($(FUZZ_SECONDS)) each"
 	@echo "make manual        weave the controls into docs/manual.md and docs/presets.md, and redraw their pictures"
 	@echo "make format-check  are all sources laid out as .clang-format says?"
@@ -83,6 +84,7 @@ soak: setup-test sanitize-threads
 	cmake --preset $(PRESET) -DZAM_TESTS=ON
 	cmake --build --preset $(PRESET) -j $(JOBS)
 	ZAM_FRAMES=$(SOAK_FRAMES) build/release/tests/contract/contract_tests --gtest_filter='LongRun.*'
+	ZAM_SCENES=$(SOAK_SCENES) ZAM_FIRST_SCENE=0 build/release/tests/contract/contract_tests --gtest_filter='Numbers.*'
 	ZAM_KILLS=$(SOAK_KILLS) python3 tests/cli/stopped_runs_test.py . $(CURDIR)/build/release/zam
 
 fuzz: setup-sanitize

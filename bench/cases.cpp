@@ -43,12 +43,15 @@ std::vector<Case> LightCases() {
         Spots("spots Natural feather 0 filling", SpotModel::natural, 0.0, filling),
         Spots("spots Natural feather 50 typical refined", SpotModel::natural, 0.5, typical, true),
         Spots("spots Natural feather 50 filling refined", SpotModel::natural, 0.5, filling, true),
+        Spots("spots Natural feather 0 filling refined", SpotModel::natural, 0.0, filling, true),
         Spots("spots Distance feather 50 typical", SpotModel::distance, 0.5, typical),
         Spots("spots Distance feather 50 filling", SpotModel::distance, 0.5, filling),
         Spots("spots Distance feather 0 typical", SpotModel::distance, 0.0, typical),
         Spots("spots Distance feather 0 filling", SpotModel::distance, 0.0, filling),
         Spots("spots Constant feather 50 typical", SpotModel::constant, 0.5, typical),
         Spots("spots Constant feather 50 filling", SpotModel::constant, 0.5, filling),
+        Spots("spots Constant feather 0 typical", SpotModel::constant, 0.0, typical),
+        Spots("spots Constant feather 0 filling", SpotModel::constant, 0.0, filling),
     };
 }
 

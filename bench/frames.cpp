@@ -90,18 +90,27 @@ void PrintGrowth(const Report& report) {
 }
 
 // ns per pixel of the same picture at all sizes.
-void PrintSizes(const Report& report) {
-    if (!report.Find("frame 480x270 8 mixed", "literal", "ms")) return;
-    std::printf("\nns per pixel at 480x270, 960x540, 1920x1080, 3840x2160, one thread\n");
-    for (const char* lights : {"1", "8", "64"}) {
+void PrintSizes(Report* report) {
+    bool heading = false;
+    for (const std::string lights : {"1", "8", "64"}) {
+        if (!report->Find("frame 480x270 " + lights + " mixed", "literal", "ms")) continue;
+        if (!heading)
+            std::printf(
+                "\nns per pixel at 480x270, 960x540, 1920x1080, 3840x2160, one thread; most / least\n");
+        heading = true;
         for (const Variant& variant : LiteralAndTargets()) {
-            std::printf("  %2s mixed %-10s", lights, variant.name.c_str());
+            std::printf("  %2s mixed %-10s", lights.c_str(), variant.name.c_str());
+            std::vector<double> all;
             for (const char* size : {"480x270", "960x540", "1920x1080", "3840x2160"}) {
-                const Record* r = report.Find(std::string("frame ") + size + " " + lights + " mixed",
-                                              variant.name, "ns per pixel");
+                const Record* r = report->Find(std::string("frame ") + size + " " + lights + " mixed",
+                                               variant.name, "ns per pixel");
                 std::printf(" %9.2f", r ? r->value.median : 0.0);
+                if (r) all.push_back(r->value.median);
             }
-            std::printf("\n");
+            const Spread spread = SpreadOf(all);
+            const double times = spread.high / spread.low;
+            std::printf("   x%.2f\n", times);
+            if (lights == "8") report->Add(kAllSizes, variant.name, kTimesLeast, {times, times, times});
         }
     }
 }
@@ -135,7 +144,7 @@ void BenchFrames(const Options& options, Report* report) {
         PrintFrame(c, rows, Interleave(bodies, options.quick ? 3 : 7, 0.005).data(), report);
         std::fflush(stdout);
     }
-    PrintSizes(*report);
+    PrintSizes(report);
     PrintGrowth(*report);
 }
 

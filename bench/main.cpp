@@ -31,6 +31,10 @@ int main(int argc, char** argv) {
     BenchLimits(options, &report);
     BenchRoad(options, &report);
     PrintWanted(report);
+    if (report.empty()) {
+        std::fprintf(stderr, "zam_bench: no case's name contains '%s'\n", options.filter.c_str());
+        return 2;
+    }
     if (!options.json.empty() && !report.WriteJson(options.json, machine)) {
         std::fprintf(stderr, "zam_bench: cannot write '%s'\n", options.json.c_str());
         return 1;

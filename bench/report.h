@@ -21,10 +21,15 @@ inline constexpr char kTimesLiteralAlone[] = "x literal, alone";
 inline constexpr char kTimesOneThread[] = "x one thread";
 inline constexpr char kTimesWithout[] = "x without them";
 inline constexpr char kTimesOneRow[] = "x one row";
+inline constexpr char kTimesLeast[] = "x least";
+
+// Record of the time per pixel at all sizes of a frame.
+inline constexpr char kAllSizes[] = "480x270 to 3840x2160 8 mixed";
 
 class Report {
   public:
     void Add(const std::string& name, const std::string& variant, const std::string& metric, Spread value);
+    [[nodiscard]] bool empty() const { return records_.empty(); }
     [[nodiscard]] const Record* Find(const std::string& name, const std::string& variant,
                                      const std::string& metric) const;
     // False when the file cannot be written.

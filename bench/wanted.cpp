@@ -30,6 +30,7 @@ constexpr Wanted kWanted[] = {
     {"frame 1920x1080 64 points", kTimesLiteral, 12, 0},
     {"frame 1920x1080 64 spots", kTimesLiteral, 17, 0},
     {"frame 1920x1080 8 mixed", kTimesOneThread, 1.85, 1.85},
+    {kAllSizes, kTimesLeast, 1.1, 1.1, true},
     {"set-up 1000 points", kTimesOneRow, 1, 1, true},
     {"set-up 1000 spots", kTimesOneRow, 1, 1, true},
     {"4 points with 64 spots outside", kTimesWithout, 2.3, 0, true},

@@ -1,6 +1,9 @@
 #include "cli/background.h"
 
+#include <filesystem>
+
 #include "cli/exit_code.h"
+#include "host/utf8_path.h"
 #include "io/images/png_reader.h"
 #include "io/images/write_image.h"
 #include "io/over.h"
@@ -44,6 +47,17 @@ void Background::check(const std::vector<int>& frames, int width, int height) co
         const std::string file = plates_->file(frame);
         check_size(file, io::PngReader(file), width, height);
         if (!plates_->varies()) return;
+    }
+}
+
+void Background::spare_plates(const std::vector<int>& frames,
+                              const std::function<std::string(int)>& output) const {
+    if (!plates_) return;
+    for (const int frame : frames) {
+        std::error_code code;  // of a file that is not there: it is no plate
+        const std::string file = output(frame);
+        if (std::filesystem::equivalent(host::utf8_path(file), host::utf8_path(plates_->file(frame)), code))
+            throw UsageError("-o " + file + ": that is the plate itself\nhint: give another name");
     }
 }
 

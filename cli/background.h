@@ -1,5 +1,6 @@
 #pragma once
 // --over: what a light pass is laid over, to look at it.
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -18,6 +19,9 @@ class Background {
 
     // Is there a plate for each of these frames, of the right size? Throws io::SceneError.
     void check(const std::vector<int>& frames, int width, int height) const;
+
+    // Throws UsageError when the file of one of these frames is its plate, which it would replace.
+    void spare_plates(const std::vector<int>& frames, const std::function<std::string(int)>& output) const;
 
     // May be called on several threads at once, for different frames. Throws io::SceneError.
     void put_behind(int number, host::Frame* frame) const;

@@ -11,6 +11,7 @@
 #include "cli/frame_pipeline.h"
 #include "cli/interrupt.h"
 #include "cli/open_scene.h"
+#include "cli/progress.h"
 #include "cli/scene_digest.h"
 #include "cli/sheet.h"
 #include "cli/version.h"
@@ -86,6 +87,7 @@ void contact_sheet(const Options& options) {
     const host::Size size = host::layer_size(composition, *carrier);
     const Layout layout = layout_of(options, frames.size(), size, composition.pixel_aspect.value());
     background.check(frames, size.width, size.height);
+    background.spare_plates(frames, [&](int) { return options.output; });
     io::make_folders_for(options.output);
 
     Sheet sheet(static_cast<int>(frames.size()), layout.columns, layout.width, layout.height);
@@ -97,19 +99,25 @@ void contact_sheet(const Options& options) {
                   rendered.frame);
     };
     const int threads = options.threads == 0 ? host::available_cores() : options.threads;
-    FramePipeline pipeline(threads, onto_sheet, [](int, const std::string&) {});
+    const bool bar = !options.quiet && Progress::style_for(stderr) == Progress::Style::bar;
+    Progress progress(stderr, bar ? Progress::Style::bar : Progress::Style::silent,
+                      static_cast<int>(frames.size()));
+    FramePipeline pipeline(threads, onto_sheet, [&](int frame, const std::string&) {
+        progress.frame_done(frame, options.output);
+    });
     for (const int frame : frames) {
         RenderedFrame rendered{frame, "", open.session.render(frame, {})};
         if (const int signal = caught_signal()) {  // given up, perhaps half-way
             pipeline.drop();
             throw Interrupted(signal, "interrupted; no sheet is written");
         }
+        if (!rendered.image.outcome.message.empty()) progress.clear();
         open.answers.check(rendered.image.outcome, "frame " + std::to_string(frame));
         pipeline.put(std::move(rendered));
     }
     pipeline.finish();
+    progress.clear();
     io::Metadata metadata;
-    metadata.frame = frames.front();
     metadata.frame_rate = composition.frame_rate;
     metadata.software = "zam " + program_version();
     metadata.digest = scene_digest(options.files(), composition, open.given, {});

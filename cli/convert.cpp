@@ -4,7 +4,13 @@
 #include <filesystem>
 
 #include "cli/exit_code.h"
+#include "cli/parse_setting.h"
+#include "cli/platform.h"
+#include "cli/plugin_answers.h"
+#include "cli/preset.h"
 #include "cli/scene_options.h"
+#include "cli/settings.h"
+#include "host/runner/session.h"
 #include "io/composition_reader.h"
 #include "io/composition_writer.h"
 #include "io/scene_error.h"
@@ -17,9 +23,24 @@ constexpr const char* kExample = "zam convert stage.glb -o stage.json --size 128
 
 struct Options {
     SceneOptions scene;
-    std::string output;
+    std::string output, preset, plugin;
+    std::vector<std::string> settings;
     bool quiet = false;
 };
+
+// The controls of the preset and the command line become the scene's own.
+void add_controls(const Options& options, host::Composition& composition) {
+    add_preset(options.preset, composition);
+    if (options.settings.empty()) return;
+    host::Composition seen = composition;  // the effect may change it
+    const host::Plugin plugin(plugin_file(options.plugin));
+    host::Session session(plugin, seen, {.threads = 1});
+    session.start();
+    PluginAnswers answers;
+    static_cast<void>(apply_settings(session, seen, options.settings, answers));  // with all checks
+    for (const std::string& text : options.settings)
+        composition.effect.controls.push_back(parse_setting(text, session.controls()));
+}
 
 void check_output(const Options& options) {
     if (options.scene.file.empty()) throw UsageError(std::string("no scene is given\nhint: ") + kExample);
@@ -34,7 +55,8 @@ void check_output(const Options& options) {
 
 void convert(const Options& options) {
     check_output(options);
-    const io::Scene scene = load_scene(options.scene, options.quiet, kExample);
+    io::Scene scene = load_scene(options.scene, options.quiet, kExample);
+    add_controls(options, scene.composition);
     const std::string text = io::composition_text(scene.composition);
     try {  // what cannot be read again is no scene
         static_cast<void>(io::read_composition(io::parse_json(options.output, text)));
@@ -59,6 +81,16 @@ Command add_convert(CLI::App& app) {
         "Write any scene as a JSON composition that renders the same frames; notes are left behind");
     add_scene_options(*parser, options->scene);
     parser->add_option("-o,--output", options->output, "The composition")->option_text("FILE.json");
+    parser->add_option("--preset", options->preset, "Controls to go into it, after the scene's own")
+        ->option_text("NAME|FILE");
+    parser->add_option("--set", options->settings, "A control to go into it: 'Look=Strong'; may be repeated")
+        ->option_text("CONTROL=VALUE")
+        ->allow_extra_args(false);
+    parser
+        ->add_option(
+            "--plugin", options->plugin,
+            "For --set: the plug-in [" + std::string(platform::kPluginName) + " beside this program]")
+        ->option_text("FILE");
     parser->add_flag("-q,--quiet", options->quiet, "Show no notes");
     return {parser, [options] { convert(*options); }, kExample};
 }

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 #include <new>
+#include <string_view>
 #include <vector>
 
 #include "cli/check.h"
@@ -62,6 +63,26 @@ void run(const CLI::App& app, const std::vector<Command>& commands) {
     throw UsageError("no command is given\nhint: zam --help tells what there is");
 }
 
+// What a script leaves of a variable that it forgot to set.
+std::string refuse_empty(const std::string& value) { return value.empty() ? "the value is empty" : ""; }
+
+// The messages of a wrong command line are JSON as well, and they come before the line is understood.
+bool asks_for_json(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view word = argv[i];
+        if (word == "--log=json" ||
+            (word == "--log" && i + 1 < argc && argv[i + 1] == std::string_view("json")))
+            return true;
+    }
+    return false;
+}
+
+// The command whose options could not be read, or the program itself.
+std::string helpful(const CLI::App& app) {
+    for (const CLI::App* parser : app.get_subcommands()) return "zam " + parser->get_name();
+    return "zam";
+}
+
 int fail(ExitCode code, const std::string& text) {
     print_error(text, static_cast<int>(code));
     return static_cast<int>(code);
@@ -82,13 +103,17 @@ int main(int argc, char** argv) {
         const std::string example = command.example;
         command.parser->footer((example.empty() ? "" : "Example:\n  " + example + "\n\n") + kExitCodes);
         command.parser->allow_extras();
+        for (CLI::Option* option : command.parser->get_options())
+            if (option->get_items_expected_max() > 0) option->check(refuse_empty);
     }
+    if (asks_for_json(argc, argv)) tell_in_json();
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& request) {  // --help, --version
         return app.exit(request);
     } catch (const CLI::ParseError& error) {
-        return fail(ExitCode::usage, error.what() + std::string("\nhint: zam --help tells what there is"));
+        return fail(ExitCode::usage,
+                    error.what() + ("\nhint: " + helpful(app) + " --help tells what there is"));
     }
     try {
         run(app, commands);

@@ -6,8 +6,8 @@
 #include "cli/exit_code.h"
 #include "cli/interrupt.h"
 #include "cli/platform.h"
+#include "cli/preset.h"
 #include "cli/settings.h"
-#include "io/control_settings.h"
 
 namespace zam::cli {
 namespace {
@@ -35,7 +35,7 @@ host::SessionOptions session_options(int threads) {
 
 std::vector<std::string> OpenOptions::files() const {
     if (preset.empty()) return {scene.file};
-    return {scene.file, preset};
+    return {scene.file, preset_file(preset)};
 }
 
 void add_open_options(CLI::App& command, OpenOptions& options) {
@@ -45,18 +45,15 @@ void add_open_options(CLI::App& command, OpenOptions& options) {
     add_scene_options(command, options.scene);
     add("--set", options.settings, "CONTROL=VALUE", "'Look=Strong', 'Spot Lights/Reach=800'; may be repeated")
         ->allow_extra_args(false);
-    add("--preset", options.preset, "FILE", "Controls from a file, after the scene's and before --set");
+    add("--preset", options.preset, "NAME|FILE",
+        "Controls of a look that comes along, or from a file; after the scene's and before --set");
     add("--plugin", options.plugin, "FILE",
         "Plug-in [" + std::string(platform::kPluginName) + " beside this program]");
     add("--threads", options.threads, "N",
-        "Threads that render rows, and as many at most that make files of them [one per core it may use]")
-        ->check(CLI::Range(0, 256));
-}
-
-void add_preset(const std::string& preset, host::Composition& composition) {
-    if (preset.empty()) return;
-    for (auto& setting : io::read_preset(preset, composition.frame_rate.value()))
-        composition.effect.controls.push_back(std::move(setting));
+        "Threads that render rows, and as many at most that make files of them; up to 256 are used [0: one "
+        "per "
+        "core it may use]")
+        ->check(CLI::Range(0, 1'000'000));
 }
 
 OpenScene::OpenScene(const OpenOptions& options, bool quiet, const std::string& example)

@@ -25,9 +25,6 @@ void add_open_options(CLI::App& command, OpenOptions& options);
 // How the program runs every effect: on so many threads, and giving up a frame when an interrupt was caught.
 [[nodiscard]] host::SessionOptions session_options(int threads);
 
-// Appends the settings of the preset, if there is one, to the scene's own. Throws io::SceneError.
-void add_preset(const std::string& preset, host::Composition& composition);
-
 // The scene, and a started session with all its controls set.
 class OpenScene {
   public:

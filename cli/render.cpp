@@ -6,11 +6,13 @@
 
 #include "cli/background.h"
 #include "cli/exit_code.h"
+#include "cli/faintness.h"
 #include "cli/frame_list.h"
 #include "cli/frame_pipeline.h"
 #include "cli/interrupt.h"
 #include "cli/messages.h"
 #include "cli/name_pattern.h"
+#include "cli/preset.h"
 #include "cli/progress.h"
 #include "cli/render_options.h"
 #include "cli/settings.h"
@@ -47,23 +49,27 @@ std::vector<int> chosen_frames(const std::string& list, const host::Composition&
 void check_names(const std::string& output, const Job& job) {
     if (job.frames.size() <= 1 || job.names.varies()) return;
     const std::filesystem::path file = host::utf8_path(output);
+    std::string name = file.stem().string();  // without what other programs put a number at
+    if (const auto sign = name.find_first_of("%$@"); sign != std::string::npos) name.resize(sign);
+    while (name.ends_with(".")) name.pop_back();
     throw UsageError("-o " + output + ": several frames would all get this name\n" +
                      "hint: put # where the frame's number goes, for example " +
-                     std::filesystem::path(file).replace_extension().string() + ".####" +
-                     file.extension().string());
+                     (file.parent_path() / (name + ".####" + file.extension().string())).string());
 }
 
 void leave_out_existing(Job& job) {
     std::erase_if(job.frames, [&](int frame) {
         std::error_code code;
-        return std::filesystem::is_regular_file(host::utf8_path(job.names.file(frame)), code);
+        const std::filesystem::path file = host::utf8_path(job.names.file(frame));
+        return std::filesystem::is_regular_file(file, code) && std::filesystem::file_size(file, code) > 0;
     });
 }
 
 // Frames are rendered one after the other on this thread and its helpers, and go into files on others meanwhile.
 void render_frames(const Job& job, host::Session& session, PluginAnswers& answers, int threads,
-                   Progress& progress, StageTimes& times) {
+                   Progress& progress, StageTimes& times, Faintness& faintness) {
     const auto into_file = [&](RenderedFrame& rendered) {
+        faintness.look_at(rendered.image);
         times.measure(StageTimes::lay_over,
                       [&] { job.background.put_behind(rendered.frame, &rendered.image); });
         io::Metadata metadata = job.metadata;
@@ -94,14 +100,15 @@ void render_frames(const Job& job, host::Session& session, PluginAnswers& answer
     times.measure(StageTimes::wait, [&] { pipeline.finish(); });
 }
 
-void tell_start(const Job& job, const RenderOptions& options, std::size_t skipped) {
+void tell_start(const Job& job, const RenderOptions& options, std::size_t skipped, int threads) {
     if (!telling_in_json()) return;
     print_event({{"event", "start"},
                  {"scene", options.scene.file},
                  {"digest", job.metadata.digest},
                  {"software", job.metadata.software},
                  {"frames", job.frames.size()},
-                 {"skipped", skipped}});
+                 {"skipped", skipped},
+                 {"threads", threads}});
 }
 
 void tell_end(std::size_t rendered, std::size_t skipped, double seconds, const StageTimes& times) {
@@ -151,16 +158,21 @@ void render(const RenderOptions& options) {
     const host::Size size = host::downsampled(host::layer_size(composition, *carrier),
                                               job.settings.downsample_x, job.settings.downsample_y);
     job.background.check(job.frames, size.width, size.height);
+    job.background.spare_plates(job.frames, [&](int frame) { return job.names.file(frame); });
 
     io::make_folders_for(options.output);
-    tell_start(job, options, asked - job.frames.size());
     const int threads = options.threads == 0 ? host::available_cores() : options.threads;
+    tell_start(job, options, asked - job.frames.size(), threads);
     const auto style = options.quiet ? Progress::Style::silent : Progress::style_for(stderr);
     Progress progress(stderr, style, static_cast<int>(job.frames.size()));
-    render_frames(job, session, answers, threads, progress, times);
+    Faintness faintness;
+    render_frames(job, session, answers, threads, progress, times, faintness);
     progress.clear();
     session.stop();
-    if (!options.quiet) tell_end(job.frames.size(), asked - job.frames.size(), progress.seconds(), times);
+    if (const std::string note = faintness.note(options.scene.file); !options.quiet && !note.empty())
+        print_note(note);
+    if (!options.quiet || telling_in_json())
+        tell_end(job.frames.size(), asked - job.frames.size(), progress.seconds(), times);
 }
 
 }  // namespace
@@ -168,12 +180,7 @@ void render(const RenderOptions& options) {
 Command add_render(CLI::App& app) {
     const auto options = std::make_shared<RenderOptions>();
     CLI::App* parser = add_render_options(app, *options);
-    return {parser,
-            [options] {
-                if (options->log == "json") tell_in_json();
-                render(*options);
-            },
-            kExample};
+    return {parser, [options] { render(*options); }, kExample};
 }
 
 }  // namespace zam::cli

@@ -20,8 +20,10 @@ foreach(target ${ZAM_ROW_TARGETS})
     endif()
 endforeach()
 
-set(ZAM_FLAGS_avx2 -mavx2 -mfma)
+# Unoptimised, clang leaves constructors that the linker could hand to another processor.
+set(own_code $<$<CONFIG:Debug>:-O1>)
+set(ZAM_FLAGS_avx2 -mavx2 -mfma ${own_code})
 # GCC 12 takes the undefined operands inside its own intrinsics for uninitialised variables.
-set(ZAM_FLAGS_avx512 -mavx2 -mfma -mavx512f -mavx512dq -mavx512vl -Wno-uninitialized
+set(ZAM_FLAGS_avx512 -mavx2 -mfma -mavx512f -mavx512dq -mavx512vl ${own_code} -Wno-uninitialized
                      $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 set(ZAM_FLAGS_neon "")  # what every arm64 processor has

@@ -17,8 +17,8 @@ else()
     set(ZAM_PLATFORM posix)
 endif()
 
-# What every target of the project is compiled with. No contraction into fused multiply-adds: a formula's result
-# must not depend on the machine.
+# What every target of the project is compiled with. The compiler fuses no multiply-adds by itself: formulas do where
+# they mean it (docs/performance.md).
 add_library(zam_flags INTERFACE)
 target_include_directories(zam_flags INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(zam_flags INTERFACE -Wall -Wextra -Wconversion -Wshadow -ffp-contract=off)

@@ -27,6 +27,11 @@ class CompositionReader {
     explicit CompositionReader(const JsonDocument& document) : document_(document) {}
 
     host::Composition read() {
+        if (const JsonValue* controls = document_.root.find("controls"))
+            throw document_.error_at_name(
+                *controls, "the composition: \"controls\" is not known here",
+                "this looks like a preset, which --preset takes; in a composition they "
+                "are in \"effect\"");
         check_members(document_, document_.root, "the composition",
                       {"$schema", "note", "name", "size", "pixel_aspect", "frame_rate", "duration",
                        "work_area", "layers", "effect"});

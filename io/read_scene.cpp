@@ -7,8 +7,18 @@
 
 #include "io/composition_reader.h"
 #include "io/gltf/read_gltf.h"
+#include "io/scene_error.h"
 
 namespace zam::io {
+namespace {
+
+// Anything that begins as JSON text may, wrong as it may be further on, so that the fault is told with its place.
+bool looks_like_json(const std::string& text) {
+    const auto first = text.find_first_not_of(" \t\r\n");
+    return first == std::string::npos || text[first] == '{' || text[first] == '[' || text[first] == '\xEF';
+}
+
+}  // namespace
 
 bool is_gltf(const std::string& file) {
     std::string extension = std::filesystem::path(file).extension().string();
@@ -24,7 +34,11 @@ bool is_gltf(const std::string& file) {
 Scene read_scene(const std::string& file, const GltfOptions& gltf) {
     if (is_gltf(file)) return gltf::read_gltf(file, gltf);
     Scene scene;
-    scene.composition = read_composition(parse_json(file, read_file(file, kLargestJson)));
+    const std::string text = read_file(file, kLargestJson);
+    if (!looks_like_json(text))
+        throw SceneError(file, {}, "this is neither a composition in JSON nor glTF 2.0",
+                         "export glTF 2.0 (.glb or .gltf) from the program that made it");
+    scene.composition = read_composition(parse_json(file, text));
     const auto& layers = scene.composition.layers;
     const bool shines = std::any_of(layers.begin(), layers.end(), [](const host::Layer& layer) {
         return layer.kind == host::LayerKind::light &&

@@ -2,7 +2,7 @@
 # setup.sh SET...: installs the Debian packages that a set of tasks needs. Does nothing when all are there.
 set -eu
 
-build="build-essential cmake ninja-build libcli11-dev nlohmann-json3-dev libpng-dev libopenexr-dev libtiff-dev libisal-dev
+build="build-essential cmake ninja-build libcli11-dev nlohmann-json3-dev libpng-dev libopenexr-dev libtiff-dev libdeflate-dev
     libxxhash-dev"
 test="libgtest-dev libgmock-dev python3 python3-jsonschema clang-format nodejs node-acorn"
 sanitize="clang-14 libclang-rt-14-dev"

@@ -10,7 +10,9 @@ mkdir -p "$work"
 
 # The files of an installed package whose headers and CMake files fit any compiler.
 copy_headers() {
-    dpkg -L "$1" | grep -E '^/usr/(include|share/cmake)/' | while read -r file; do
+    # A package that is there for several architectures must be asked for by one.
+    files=$(dpkg -L "$1" 2>/dev/null || dpkg -L "$1:$(dpkg --print-architecture)")
+    for file in $(echo "$files" | grep -E '^/usr/(include|share/cmake)/'); do
         [ ! -f "$file" ] || install -D -m 644 "$file" "$prefix/${file#/usr/}"
     done
 }

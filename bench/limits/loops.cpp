@@ -1,73 +1,92 @@
-// Compiled once for each vector width; includes nothing whose inline functions another file might share.
+// Compiled once for each target, as its rows are. What it includes is inlined or belongs to the target's own lanes.
 #include "bench/limits/loops.h"
 
-#if defined(__AVX512F__) || defined(__AVX2__)
-#include <immintrin.h>
+#include "effect/render/kernels/elementary.h"
+
+#if defined(ZAM_LOOPS_AVX512)
+#include "effect/render/kernels/lanes_avx512.h"
+#elif defined(ZAM_LOOPS_AVX2)
+#include "effect/render/kernels/lanes_avx2.h"
+#elif defined(ZAM_LOOPS_NEON)
+#include "effect/render/kernels/lanes_neon.h"
 #endif
 
 namespace zam::bench {
 namespace {
 
-#if defined(__AVX512F__)
-using V = __m512d;
-constexpr int kLanes = 8;
-V Fill(double v) { return _mm512_set1_pd(v); }
-V Root(V v) { return _mm512_sqrt_pd(v); }
-V MulAdd(V a, V b, V c) { return _mm512_fmadd_pd(a, b, c); }
-double First(V v) { return v[0]; }
-#elif defined(__AVX2__)
-using V = __m256d;
-constexpr int kLanes = 4;
-V Fill(double v) { return _mm256_set1_pd(v); }
-V Root(V v) { return _mm256_sqrt_pd(v); }
-V MulAdd(V a, V b, V c) { return _mm256_fmadd_pd(a, b, c); }
-double First(V v) { return v[0]; }
+#if defined(ZAM_LOOPS_AVX512)
+using V = F64x8;
+constexpr char kTarget[] = "avx512";
+constexpr bool kSeries = true;
+#elif defined(ZAM_LOOPS_AVX2)
+using V = F64x4;
+constexpr char kTarget[] = "avx2";
+constexpr bool kSeries = false;
+#elif defined(ZAM_LOOPS_NEON)
+using V = F64x2;
+constexpr char kTarget[] = "neon";
+constexpr bool kSeries = false;
 #else
 using V = double;
-constexpr int kLanes = 1;
-V Fill(double v) { return v; }
-V Root(V v) { return __builtin_sqrt(v); }
-V MulAdd(V a, V b, V c) { return a * b + c; }
-double First(V v) { return v; }
+constexpr char kTarget[] = "scalar";
+constexpr bool kSeries = false;
 #endif
 
-// Values stay normal and do not settle on ones that a divider might shortcut.
+// The value is in a register, and what it is nobody knows.
+[[gnu::always_inline]] inline void Hide(V* value) {
+#if defined(ZAM_LOOPS_AVX512) || defined(ZAM_LOOPS_AVX2)
+    asm volatile("" : "+v"(value->v));
+#elif defined(ZAM_LOOPS_NEON)
+    asm volatile("" : "+w"(value->v));
+#elif defined(__x86_64__)
+    asm volatile("" : "+x"(*value));
+#else
+    asm volatile("" : "+w"(*value));
+#endif
+}
+
 template <class Operation>
-double Turns(int turns, Operation operation) {
-    V v[kOperations];
-    for (int i = 0; i < kOperations; ++i) v[i] = Fill(1.1 + 0.01 * i);
+[[gnu::always_inline]] inline void Turns(int turns, Operation operation) {
+    const V one(0.57);
     for (int turn = 0; turn < turns; ++turn) {
-#pragma GCC unroll 12
-        for (int i = 0; i < kOperations; ++i) v[i] = operation(v[i]);
+#pragma GCC unroll 8
+        for (int i = 0; i < kOperations; ++i) {
+            V value = one;
+            Hide(&value);
+            V result = operation(value);
+            Hide(&result);
+        }
     }
-    double sum = 0.0;
-    for (int i = 0; i < kOperations; ++i) sum += First(v[i]);
-    return sum;
 }
 
-double SquareRoots(int turns) {
-    const V c = Fill(0.7);
-    return Turns(turns, [c](V v) { return Root(v + c); });
-}
-double Divisions(int turns) {
-    const V c = Fill(1.7), d = Fill(0.3);
-    return Turns(turns, [c, d](V v) { return c / (v + d); });
-}
-double MultiplyAdds(int turns) {
-    const V c = Fill(0.999), d = Fill(0.0013);
-    return Turns(turns, [c, d](V v) { return MulAdd(v, c, d); });
-}
+constexpr double kOther = 1.7;
 
-constexpr LimitLoops kLoops{kLanes, SquareRoots, Divisions, MultiplyAdds};
+constexpr LimitLoops kLoops{
+    kTarget,
+    LanesOf<V>::kCount,
+    kSeries,
+    {
+        [](int turns) { Turns(turns, [](V v) { return Root(v); }); },
+        [](int turns) { Turns(turns, [](V v) { return ReciprocalRoot(v); }); },
+        [](int turns) { Turns(turns, [c = V(kOther)](V v) { return Quotient(c, v); }); },
+        [](int turns) { Turns(turns, [](V v) { return Reciprocal(v); }); },
+        [](int turns) { Turns(turns, [c = V(kOther)](V v) { return MulAdd(v, c, c); }); },
+        [](int turns) { Turns(turns, [c = V(kOther)](V v) { return v + c; }); },
+        [](int turns) { Turns(turns, [c = V(kOther)](V v) { return AngleAbove(v, c); }); },
+        [](int turns) { Turns(turns, [c = V(kOther)](V v) { return LogOfQuotient(v, c); }); },
+        [](int turns) { Turns(turns, [](V v) { return Power(v, 0.45); }); },
+    }};
 
 }  // namespace
 
-#if defined(__AVX512F__)
-LimitLoops Avx512Loops() { return kLoops; }
-#elif defined(__AVX2__)
-LimitLoops Avx2Loops() { return kLoops; }
+#if defined(ZAM_LOOPS_AVX512)
+LimitLoops Loops_avx512() { return kLoops; }
+#elif defined(ZAM_LOOPS_AVX2)
+LimitLoops Loops_avx2() { return kLoops; }
+#elif defined(ZAM_LOOPS_NEON)
+LimitLoops Loops_neon() { return kLoops; }
 #else
-LimitLoops ScalarLoops() { return kLoops; }
+LimitLoops Loops_scalar() { return kLoops; }
 #endif
 
 }  // namespace zam::bench

@@ -1,20 +1,35 @@
 #pragma once
-// Loops of one kind of operation on vectors of doubles, for each vector width of the machine.
+// Loops of one kind of operation, on the lanes of each target that the effect may be built with.
 
 namespace zam::bench {
 
-inline constexpr int kOperations = 12;  // vector operations per turn of a loop, none waiting for another
-
-struct LimitLoops {
-    int lanes;
-    // So many turns; what they give back is of no interest but keeps them from being left out.
-    double (*square_root)(int turns);
-    double (*divide)(int turns);
-    double (*multiply_add)(int turns);  // fused on vectors
+// What formulas ask their lanes for, and the functions that are made of it.
+enum Kind {
+    kRoot,
+    kReciprocalRoot,
+    kQuotient,
+    kReciprocal,
+    kMultiplyAdd,
+    kAddition,
+    kAngle,
+    kLogarithm,
+    kPower,
+    kKinds
 };
 
-LimitLoops ScalarLoops();
-LimitLoops Avx2Loops();
-LimitLoops Avx512Loops();
+inline constexpr int kOperations = 8;  // vector operations per turn of a loop, none waiting for another
+
+struct LimitLoops {
+    const char* target;
+    int lanes;
+    bool
+        series;  // roots and divisions are estimates with a series, which keeps the multiply-adders busy, no divider
+    void (*loops[kKinds])(int turns);
+};
+
+LimitLoops Loops_scalar();
+LimitLoops Loops_neon();
+LimitLoops Loops_avx2();
+LimitLoops Loops_avx512();
 
 }  // namespace zam::bench

@@ -62,6 +62,10 @@ Vec3 Transform(const A_Matrix4& matrix, const Vec3& v) {
     return {out[0], out[1], out[2]};
 }
 
+constexpr double kLargest = 1e15;
+bool InRange(double v) { return v >= -kLargest && v <= kLargest; }  // false for a not-a-number
+bool InRange(const Vec3& v) { return InRange(v.x) && InRange(v.y) && InRange(v.z); }
+
 // Toward zero, held to the 32-bit range; a not-a-number becomes 0.
 std::int32_t Truncate(double v) {
     constexpr double kMin = std::numeric_limits<std::int32_t>::min(),
@@ -140,6 +144,21 @@ void ReadSpotLights(PF_InData* in_data, const LightControls& controls, const Lig
                });
 }
 
+void KeepLightsInRange(const Projection& projection, _LightData* settings, _VisLightStruct* lights) {
+    int kept = 0;
+    for (int i = 0; i < settings->count; ++i) {
+        const _VisLightStruct& light = lights[i];
+        const Vec3 pos = Transform(projection.camera_from_world, light.pos);
+        const Vec3 dir = Transform(projection.camera_from_world, light.pos + light.dir) - pos;
+        const bool in_range = InRange(pos) && InRange(dir) && InRange(light.color) &&
+                              InRange(light.coneAngle) && InRange(light.coneFeather) &&
+                              InRange(light.intensity) && InRange(light.sourceIntensity) &&
+                              InRange(light.radius);
+        if (in_range) lights[kept++] = light;
+    }
+    settings->count = kept;
+}
+
 void PreparePoints(const HostMaths& maths, const Projection& projection, double softKSq,
                    const _LightData& settings, _VisLightStruct* lights, _OptPointData* opt) {
     for (int i = 0; i < settings.count; ++i) {
@@ -177,6 +196,8 @@ void PrepareSpots(const HostMaths& maths, const Projection& projection, double s
         _OptSpotData& o = opt[i];
         o.distSq = dot(p, p);
         o.dist = maths.sqrt(o.distSq);
+        const double rounding = o.distSq * 0x1p-48;
+        o.softening = rounding > 1.0 ? rounding : 1.0;
         o.cosOuter = maths.cos(light.coneAngle * 0.5);
         o.cosInner = maths.cos(light.coneAngle * 0.5 * (1.0 - light.coneFeather));
         o.cosOuterSq = o.cosOuter * o.cosOuter;

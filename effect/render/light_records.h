@@ -46,6 +46,10 @@ struct ReachPlane {
     Vec3 point, direction;
 };
 
+// Leaves out the lights with a number in their record, or in camera space, that is none or beyond 1e15: so far all
+// products of the rows' formulas keep clear of the ends of double precision, where targets would no longer agree.
+void KeepLightsInRange(const Projection& projection, _LightData* settings, _VisLightStruct* lights);
+
 // Take the lights to camera space in place and fill one record for each.
 void PreparePoints(const HostMaths& maths, const Projection& projection, double softKSq,
                    const _LightData& settings, _VisLightStruct* lights, _OptPointData* opt);

@@ -1,5 +1,8 @@
 #include "effect/render/render.h"
 
+#include <cstddef>
+#include <cstring>
+
 #include "effect/params/params.h"
 #include "effect/render/light_records.h"
 #include "effect/render/pixel_func.h"
@@ -103,8 +106,25 @@ void ReadCamera(PF_InData* in_data, PF_OutData* out_data, Projection* projection
     projection->zoom = kFallbackZoom;
 }
 
+// By hand where the host will not: it hands out its worlds dirty.
+void Clear(PF_InData* in_data, PF_LayerDef* output) {
+    const PF_Pixel transparent_black{};
+    if (!in_data->utils->fill(in_data->effect_ref, &transparent_black, nullptr, output)) return;
+    const bool deep = output->world_flags & PF_WorldFlag_DEEP;
+    const auto width = static_cast<std::size_t>(output->width);
+    auto* row = reinterpret_cast<char*>(output->data);
+    for (A_long y = 0; y < output->height; ++y, row += output->rowbytes)
+        std::memset(row, 0, width * (deep ? sizeof(PF_Pixel16) : sizeof(PF_Pixel)));
+}
+
 double Value(const PF_RationalScale& ratio) {
     return static_cast<double>(ratio.num) / static_cast<double>(ratio.den);
+}
+
+// From one pixel's ray to the next: neither none nor so far that no number holds its square, and not a not-a-number.
+bool SpreadsRays(double step) {
+    constexpr double kLeast = 1e-15, kMost = 1e15;
+    return (step >= kLeast && step <= kMost) || (step <= -kLeast && step >= -kMost);
 }
 
 bool HasZero(const PF_RationalScale& ratio) { return ratio.num == 0 || ratio.den == 0; }
@@ -117,8 +137,7 @@ PF_Err Render(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[], P
     ReachPlane reach;
     if (spots.reachActive) spots.reachActive = FindReachPlane(in_data, &reach);
 
-    const PF_Pixel transparent_black{};
-    in_data->utils->fill(in_data->effect_ref, &transparent_black, nullptr, output);
+    Clear(in_data, output);
 
     // In this order, so that they are given back in the opposite one.
     HostArray<_VisLightStruct> spot_lights(in_data), point_lights(in_data);
@@ -142,16 +161,20 @@ PF_Err Render(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[], P
     frame.width = projection.width = output->width;
     frame.height = projection.height = output->height;
     frame.deep = output->world_flags & PF_WorldFlag_DEEP;
-    const bool no_picture = projection.zoom == 0.0 || HasZero(in_data->pixel_aspect_ratio) ||
-                            HasZero(in_data->downsample_x) || HasZero(in_data->downsample_y);
-    if (no_picture) {
-        points.count = spots.count = 0;
-    } else {
+    if (!HasZero(in_data->pixel_aspect_ratio) && !HasZero(in_data->downsample_x) &&
+        !HasZero(in_data->downsample_y)) {
         projection.downsample_x = Value(in_data->downsample_x);
         projection.downsample_y = Value(in_data->downsample_y);
         frame.aspectOverDownsampleX = Value(in_data->pixel_aspect_ratio) / projection.downsample_x;
         frame.invDownsampleY = 1.0 / projection.downsample_y;
         frame.invZoom = 1.0 / projection.zoom;
+    }
+    if (SpreadsRays(frame.aspectOverDownsampleX * frame.invZoom) &&
+        SpreadsRays(frame.invDownsampleY * frame.invZoom)) {
+        KeepLightsInRange(projection, &points, point_lights.get());
+        KeepLightsInRange(projection, &spots, spot_lights.get());
+    } else {
+        points.count = spots.count = 0;
     }
 
     const HostMaths maths(in_data);

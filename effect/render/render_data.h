@@ -1,6 +1,7 @@
 #pragma once
 // One frame as the rows see it: built by Render, only read while rows are rendered, by several threads at
 // once.
+#include "effect/render/kernels/rays.h"
 #include "effect/render/kernels/records.h"
 #include "hostapi/effect.h"
 
@@ -8,8 +9,6 @@ namespace zam {
 
 struct _RenderData {
     PF_InData* inData = nullptr;
-    // A pixel's ray is ((x - width/2) * aspectOverDownsampleX * invZoom, (y - height/2) * invDownsampleY *
-    // invZoom, 1).
     double aspectOverDownsampleX = 0.0;
     double invDownsampleY = 0.0;
     double invZoom = 0.0;
@@ -25,6 +24,10 @@ struct _RenderData {
     _VisLightStruct* spotLights = nullptr;
     A_long look = 0;  // a Look
     double invGamma = 1.0;
+
+    [[nodiscard, gnu::always_inline]] PixelRays rays() const {
+        return {invZoom, aspectOverDownsampleX, invDownsampleY, width, height};
+    }
 };
 
 }  // namespace zam

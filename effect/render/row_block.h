@@ -42,17 +42,17 @@ struct RowBlock {
     RowBlock(const _RenderData& frame_data, A_long row)
         : frame(frame_data),
           y(row),
-          dy((row - frame_data.height * 0.5) * frame_data.invDownsampleY * frame_data.invZoom),
+          dy(RayY(frame_data.rays(), static_cast<double>(row))),
           squared(SquaresLights(frame_data.look)) {}
 
-    // deliberate: through the pixel's top left corner, no half-pixel offset
     void Start(int first_pixel) {
         first = first_pixel;
         count = frame.width - first < kSize ? frame.width - first : kSize;
         const V step = LanesOf<V>::Index(), zero(0.0);
+        const PixelRays rays = frame.rays();
         for (int i = 0; i < count; i += kLanes) {
             const V x = step + V(static_cast<double>(first + i));
-            const V ray_x = (x - frame.width * 0.5) * frame.aspectOverDownsampleX * frame.invZoom;
+            const V ray_x = RayX(rays, x);
             const V square = ray_x * ray_x + dy * dy + 1.0;
             Store(dx + i, ray_x);
             Store(a + i, square);

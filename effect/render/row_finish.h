@@ -6,10 +6,10 @@
 
 namespace zam {
 
-// value * full + 0.5, whose whole part is the channel's code; 0 in lanes that another rule will write.
+// Whose whole part is the channel's code; that of 0 in lanes that another rule will write.
 template <class Mask, class V>
 [[gnu::always_inline]] inline V CodeOf(Mask usual, V value, double full) {
-    return MulAdd(select(usual, value, V(0.0)), V(full), V(0.5));
+    return HalfUp(select(usual, value, V(0.0)), full);
 }
 
 // Straight colour with alpha; pixels without light keep what the frame was cleared to.
@@ -27,7 +27,8 @@ void WriteBlock(const RowBlock<V>& block, Pixel* row) {
         if (!any(has_light)) continue;
         const auto shape = [&](const double* of) { return ShapeByLook(look, inv_gamma, Load<V>(of + i)); };
         const V alpha = ShapeByLook(look, inv_gamma, select(has_light, sum, one));
-        const auto lit = has_light & (alpha != 0.0);  // the power of a small gamma may have lost it
+        // The power of a small gamma may have lost it; below the normal numbers it has no reciprocal.
+        const auto lit = has_light & (alpha >= kLeastNormal);
         const V k = Reciprocal(select(lit, alpha, one));
         V values[4] = {alpha, shape(block.red) * k, shape(block.green) * k, shape(block.blue) * k};
 

@@ -15,6 +15,8 @@ class RowRenderer {
     RowRenderer(const RowRenderer&) = delete;
 
     void Render(PF_Pixel* out) {
+        static_assert(sizeof(RowRenderer) <= 48 * 1024,
+                      "it stands on the stack of one of the host's threads");
         const _RenderData& frame = block_.frame;
         for (int first = 0; first < frame.width; first += block_.kSize) {
             block_.Start(first);

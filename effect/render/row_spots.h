@@ -12,10 +12,7 @@ class SpotRows {
   public:
     explicit SpotRows(RowBlock<V>& block)
         : block_(block),
-          spots_{*block.frame.spotData,
-                 {block.frame.invZoom, block.frame.aspectOverDownsampleX, block.frame.invDownsampleY,
-                  block.frame.width, block.frame.height},
-                 block.frame.spotScale},
+          spots_{*block.frame.spotData, block.frame.rays(), block.frame.spotScale},
           model_(block.frame.spotData->count > 0 ? SpotModel{block.frame.spotData->model} : SpotModel::off) {
         if (model_ == SpotModel::off) return;
         const int count = spots_.settings.count, known = count < kKnownColumns ? count : kKnownColumns;
@@ -89,7 +86,7 @@ class SpotRows {
             if (!any((s.t_out > s.t_in) | (s.f_out > s.f_in))) continue;
             const FogRay<S> ray =
                 MakeFogRay(Load<S>(block.a + i), Load<S>(block.inv_root_a + i), Load<S>(k_ + i),
-                           Load<S>(rp_ + i), opt, kModel == SpotModel::constant ? 0.0 : 1.0);
+                           Load<S>(rp_ + i), opt, kModel == SpotModel::constant ? 0.0 : opt.softening);
             const S sum = at_least_zero(SpotScattering<kModel, kFeathered>(spots_, opt, ray, s));
             const S value = squared ? sum * sum : sum;
             const auto add = [&](double* to, double strength) {

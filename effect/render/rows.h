@@ -24,7 +24,7 @@ std::span<const RowTarget> RowTargets();
 // that is none, or null, leaves the choice free.
 const RowTarget& TargetWithin(std::span<const RowTarget> targets, const char* cap);
 
-// The widest of RowTargets() within what the environment variable ZAM_TARGET names.
+// The widest of RowTargets() within what the environment variable ZAM_TARGET names; chosen by the first call.
 const RowTarget& ChosenTarget();
 
 }  // namespace zam

@@ -50,20 +50,14 @@ Spans WhereAtLeast(const Quadratic& q, double margin) {
         {kWholeRow.from, (-q.q1 - root) / (2.0 * q.q2)}, {(-q.q1 + root) / (2.0 * q.q2), kWholeRow.to}, true};
 }
 
-double RayX(const _RenderData& frame, double x) {
-    return (x - frame.width * 0.5) * frame.aspectOverDownsampleX * frame.invZoom;
-}
-double RayY(const _RenderData& frame, double y) {
-    return (y - frame.height * 0.5) * frame.invDownsampleY * frame.invZoom;
-}
-
-// The columns of a span and one more on either side.
+// The columns of a span and one more on either side; all of them when the span is no number.
 Columns ToColumns(const _RenderData& frame, const Span& span) {
     if (span.empty()) return {0, 0};
     const double per_column = frame.aspectOverDownsampleX * frame.invZoom;
     if (per_column == 0.0) return {0, frame.width};
     double from = span.from / per_column + frame.width * 0.5, to = span.to / per_column + frame.width * 0.5;
     if (from > to) std::swap(from, to);
+    if (!(from <= to)) return {0, frame.width};
     const double width = frame.width;
     return {static_cast<int>(std::clamp(std::floor(from) - 1.0, 0.0, width)),
             static_cast<int>(std::clamp(std::ceil(to) + 2.0, 0.0, width))};
@@ -130,7 +124,7 @@ Span InCone(const RowCone& cone, const Span& within) {
 
 // Is some pixel's ray exactly across the axis? There the caps cut nothing.
 bool HasRayAcross(const _RenderData& frame, const Vec3& d, double dy) {
-    const auto across = [&](double x) { return RayX(frame, x) * d.x + dy * d.y + 1.0 * d.z == 0.0; };
+    const auto across = [&](double x) { return RayDotAxis(RayX(frame.rays(), x), dy, 1.0, d) == 0.0; };
     const double per_column = d.x * frame.aspectOverDownsampleX * frame.invZoom;
     if (per_column == 0.0) return across(0.0);
     const double column = std::floor(frame.width * 0.5 - (dy * d.y + d.z) / per_column);
@@ -140,14 +134,15 @@ bool HasRayAcross(const _RenderData& frame, const Vec3& d, double dy) {
 }  // namespace
 
 Columns SphereColumns(const _RenderData& frame, const Vec3& centre, double radius, A_long y) {
-    return ToColumns(frame, InSphere(centre, radius, RayY(frame, y)));
+    return ToColumns(frame, InSphere(centre, radius, RayY<double>(frame.rays(), y)));
 }
 
 Columns SpotColumns(const _RenderData& frame, int light, A_long y) {
     const _VisLightStruct& spot = frame.spotLights[light];
     const _OptSpotData& opt = frame.optSpot[light];
-    const double dy = RayY(frame, y);
-    const double first = RayX(frame, 0.0), last = RayX(frame, frame.width);
+    const PixelRays rays = frame.rays();
+    const double dy = RayY<double>(rays, y);
+    const double first = RayX(rays, 0.0), last = RayX<double>(rays, frame.width);
     Span span{std::min(first, last), std::max(first, last)};
     if (opt.boundRadius >= 0.0 && !HasRayAcross(frame, spot.dir, dy)) {
         span = Intersect(span, InSphere(opt.boundCentre, opt.boundRadius, dy));

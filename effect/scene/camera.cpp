@@ -37,6 +37,7 @@ A_Err GetDefaultView(const AEGP_SuiteHandler& suites, PF_InData* in_data, double
     double distance = 0.0;
     A_Err err = GetEffectLayerAndComp<WithLayer5>(suites, in_data, &layer, &comp);
     if (!err) err = suites.Camera2()->AEGP_GetDefaultCameraDistanceToImagePlane(comp, &distance);
+    if (err) distance = 0.0;  // whatever was left there
 
     *camera = A_Matrix4{};
     camera->mat[0][0] = scale_x;

@@ -24,9 +24,10 @@ void ReadNumber(const AEGP_SuiteHandler& suites, AEGP_LayerH layer, AEGP_LayerSt
 
 // Is the light in the composition at this time? Its out point still counts.
 bool IsThereAt(const AEGP_SuiteHandler& suites, AEGP_LayerH layer, const A_Time& comp_time) {
-    A_Time in_point{0, 1}, duration{0, 1};
-    suites.Layer5()->AEGP_GetLayerInPoint(layer, AEGP_LTimeMode_CompTime, &in_point);
-    suites.Layer5()->AEGP_GetLayerDuration(layer, AEGP_LTimeMode_CompTime, &duration);
+    A_Time in_point, duration;
+    const AEGP_LayerSuite1* layers = suites.Layer5();
+    if (layers->AEGP_GetLayerInPoint(layer, AEGP_LTimeMode_CompTime, &in_point)) in_point = {0, 1};
+    if (layers->AEGP_GetLayerDuration(layer, AEGP_LTimeMode_CompTime, &duration)) duration = {0, 1};
     const double now = Seconds(comp_time), from = Seconds(in_point);
     return !(from > now) && !(now > from + Seconds(duration));
 }
@@ -61,7 +62,7 @@ bool IsThereAt(const AEGP_SuiteHandler& suites, AEGP_LayerH layer, const A_Time&
     ReadNumber(suites, layer, AEGP_LayerStream_SHADOW_DIFFUSION, comp_time, 1.0, &light->shadowDiffusion);
 
     A_Boolean on = false;
-    suites.Layer5()->AEGP_IsLayerVideoReallyOn(layer, &on);
+    if (suites.Layer5()->AEGP_IsLayerVideoReallyOn(layer, &on)) on = false;
     const bool wanted = on ? filters.use_on : filters.use_off;
     if (!wanted || !name_fits) light->intensity = 0.0;
     if (light->intensity > 0.0 && !IsThereAt(suites, layer, comp_time)) light->intensity = 0.0;

@@ -1,9 +1,10 @@
 """Builds a small concert stage in Blender and exports it as glTF with its lights, camera and animation.
 
-    blender --background --factory-startup --python examples/stage/make_stage.py -- examples/stage/stage.gltf
+    blender --background --factory-startup --python examples/stage/make_stage.py -- examples/stage/stage.gltf [plate.png]
 
 Five moving heads hang from a slowly turning truss, three warm lanterns stand or float below them, and the
-camera rides a boom around the stage. An output name in .glb gives one binary file, .gltf a pair with a .bin.
+camera rides a boom around the stage. An output name in .glb gives one binary file, .gltf a pair with a .bin. A
+second name renders what stands on the stage at frame 24, at half size, to lay the light over.
 
 Blender's axes: x to the right, y away from the audience, z up; metres. The exporter turns them to y up.
 """
@@ -16,6 +17,7 @@ import bpy
 
 FPS = 24
 FIRST, LAST = 0, 47  # from 0, so that the exported times start at 0 s as well
+PLATE_FRAME = 24
 
 TRUSS_HEIGHT = 5.0
 
@@ -164,10 +166,34 @@ def export(path):
     )
 
 
+def render_plate(scene, path):
+    """What stands on the stage at one frame, lit by the same lights: to lay their beams over."""
+    world = bpy.data.worlds.new("Dusk")
+    world.use_nodes = True
+    world.node_tree.nodes["Background"].inputs["Color"].default_value = (0.0016, 0.002, 0.0035, 1.0)
+    scene.world = world
+    floor = bpy.data.materials["Black floor"].node_tree.nodes["Principled BSDF"].inputs
+    floor["Base Color"].default_value = (0.3, 0.3, 0.3, 1.0)  # that light on it is seen
+    floor["Metallic"].default_value = 0.0
+    scene.render.engine = "CYCLES"
+    scene.cycles.samples = 400
+    scene.cycles.use_denoising = False
+    scene.view_settings.view_transform = "Standard"
+    scene.view_settings.exposure = 3.0
+    scene.render.resolution_percentage = 50
+    scene.render.dither_intensity = 0.0
+    scene.render.image_settings.color_mode = "RGB"
+    scene.render.image_settings.compression = 100
+    scene.render.filepath = os.path.abspath(path)
+    scene.frame_set(PLATE_FRAME)
+    bpy.ops.render.render(write_still=True)
+
+
 def main():
-    if "--" not in sys.argv or len(sys.argv) != sys.argv.index("--") + 2:
-        sys.exit("usage: blender --background --python make_stage.py -- OUTPUT.gltf|OUTPUT.glb")
-    path = sys.argv[-1]
+    arguments = sys.argv[sys.argv.index("--") + 1:] if "--" in sys.argv else []
+    if len(arguments) not in (1, 2):
+        sys.exit("usage: blender --background --python make_stage.py -- OUTPUT.gltf|OUTPUT.glb [PLATE.png]")
+    path, plate = (*arguments, None)[:2]
 
     bpy.ops.wm.read_factory_settings(use_empty=True)
     scene = bpy.context.scene
@@ -182,6 +208,8 @@ def main():
     build_camera()
     scene.frame_set(FIRST)
     export(path)
+    if plate:
+        render_plate(scene, plate)
 
 
 main()

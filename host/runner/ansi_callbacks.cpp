@@ -18,7 +18,7 @@ int32_t host_sprintf(A_char* to, const A_char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
     serve("Ansi.sprintf", [&](Instance&) {
-        A_char& first = result(to);
+        A_char& first = required(to);
         if (!format) throw Misuse{"null format", PF_Err_BAD_CALLBACK_PARAM};
         written = std::vsnprintf(&first, kMostBytes, format, arguments);
     });
@@ -28,7 +28,7 @@ int32_t host_sprintf(A_char* to, const A_char* format, ...) {
 
 A_char* host_strcpy(A_char* to, const A_char* from) {
     serve("Ansi.strcpy", [&](Instance&) {
-        A_char* next = &result(to);
+        A_char* next = &required(to);
         if (!from) throw Misuse{"null text", PF_Err_BAD_CALLBACK_PARAM};
         while ((*next++ = *from++) != '\0') {
         }

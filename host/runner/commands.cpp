@@ -93,9 +93,10 @@ void Session::State::prepare_worlds(const RenderSettings& settings) {
     const int width = data.extent_hint.right, height = data.extent_hint.bottom;
     const bool deep = settings.depth == Depth::bits16;
     try {
-        in.output.prepare(width, height, deep, data.pixel_aspect_ratio, in.options.output_byte);
+        in.output.prepare(width, height, deep, data.pixel_aspect_ratio, in.options.output_byte,
+                          in.options.row_layout);
         if (in.input.width() != width || in.input.height() != height || in.input.deep() != deep) {
-            in.input.prepare(width, height, deep, data.pixel_aspect_ratio, kInputByte);
+            in.input.prepare(width, height, deep, data.pixel_aspect_ratio, kInputByte, in.options.row_layout);
         }
     } catch (const std::bad_alloc&) {
         throw PluginError("no memory for an image of " + std::to_string(width) + " x " +

@@ -10,7 +10,8 @@ namespace zam::host {
 // its control groups grant it, rounded up.
 [[nodiscard]] int available_cores();
 
-// That grant, in cores: the least cpu.max on the way from a group up to the root of the hierarchy (version 2).
+// That grant, in cores: the least limit on the way from its group up to the root of the hierarchy, of either version of
+// control groups.
 // `membership` is the text of /proc/self/cgroup. None when nothing limits it.
 [[nodiscard]] std::optional<double> granted_cores(const std::filesystem::path& hierarchy,
                                                   const std::string& membership);

@@ -64,6 +64,24 @@ class Instance {
     void set_faults(FaultPlan plan);
     void record_calls(bool on);
 
+    // How the results of the call that is being served are to be spoilt; null: not at all.
+    const Fault* spoiling = nullptr;
+    class Spoiling {  // while it lives
+      public:
+        Spoiling(Instance& in, const Fault& fault) : in_(in), fault_(fault) {
+            if (fault_.results != Fault::Results::untouched) in_.spoiling = &fault_;
+        }
+        ~Spoiling() {
+            if (in_.spoiling == &fault_) in_.spoiling = nullptr;
+        }
+        Spoiling(const Spoiling&) = delete;
+        Spoiling& operator=(const Spoiling&) = delete;
+
+      private:
+        Instance& in_;
+        const Fault fault_;
+    };
+
     // Handles out and in. All of these throw Misuse for handles and times that are no good.
     [[nodiscard]] AEGP_LayerH handle(const Layer& layer);
     [[nodiscard]] AEGP_LayerH layer_at(A_long index);

@@ -260,6 +260,8 @@ const PF_OutData& Session::out_data() const { return state_->out; }
 const std::vector<std::string>& Session::calls() const { return state_->in.log.names(); }
 const std::vector<std::string>& Session::reports() const { return state_->reports; }
 const std::vector<std::string>& Session::missed() const { return state_->in.ledger.missed(); }
+const std::vector<std::string>& Session::suites() const { return state_->in.log.suites(); }
+int Session::faults_met() const { return state_->in.log.faults_met(); }
 void Session::set_faults(FaultPlan faults) { state_->in.set_faults(std::move(faults)); }
 
 }  // namespace zam::host

@@ -49,6 +49,12 @@ struct RenderSettings {
     Ratio downsample_x{1, 1}, downsample_y{1, 1};  // 1/2 at half resolution; sizes are rounded up
 };
 
+// How the rows of an image lie in memory.
+struct RowLayout {
+    int padding = 24;  // bytes that are no pixels from row to row, at least; rounded up to whole 8 bytes
+    bool bottom_up = false;  // the last row lies first: the way from row to row is negative
+};
+
 // Straight colour with alpha in the interface's channel order: alpha, red, green, blue. Full scale is 255 or
 // 32768.
 struct Frame {
@@ -68,6 +74,7 @@ struct SessionOptions {
     bool move_unlocked_handles = false;      // blocks move whenever their last lock goes
     std::chrono::microseconds row_pause{0};  // before each row, so that even quick rows meet several threads
     std::uint8_t output_byte = kDirtyByte;   // that output pixels start as
+    RowLayout row_layout{};                  // of input and output
     LightType new_light_type = LightType::spot;  // of the lights that the effect creates
     // Is the frame no longer wanted? Asked by the effect, and before each row on whatever thread takes it; true answers
     // them PF_Interrupt_CANCEL. Must not throw.
@@ -138,7 +145,11 @@ class Session {
     [[nodiscard]] const std::vector<std::string>& reports() const;
     // What the effect asked for and this host does not have: suites and calls, each once.
     [[nodiscard]] const std::vector<std::string>& missed() const;
+    // The suites asked for in those calls: "AEGP Light Suite 1".
+    [[nodiscard]] const std::vector<std::string>& suites() const;
     void set_faults(FaultPlan faults);  // counts calls from now on
+    // How many of them the effect has met, also as results that were spoilt.
+    [[nodiscard]] int faults_met() const;
 
   private:
     struct State;

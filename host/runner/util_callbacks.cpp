@@ -45,7 +45,7 @@ A_u_longlong host_get_handle_size(PF_Handle handle) {
 }
 
 PF_Err host_resize_handle(A_u_longlong size, PF_Handle* handle) {
-    return serve("Utils.host_resize_handle", [&](Instance& in) { in.memory.resize(result(handle), size); });
+    return serve("Utils.host_resize_handle", [&](Instance& in) { in.memory.resize(required(handle), size); });
 }
 
 // ---- images

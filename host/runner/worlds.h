@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "host/runner/session.h"
 #include "host/watch/ledger.h"
 #include "hostapi/effect.h"
 
@@ -14,7 +15,8 @@ namespace zam::host {
 class World {
   public:
     // Throws std::bad_alloc. `fill` is the byte that pixels start with.
-    void prepare(int width, int height, bool deep, const PF_RationalScale& aspect, std::uint8_t fill);
+    void prepare(int width, int height, bool deep, const PF_RationalScale& aspect, std::uint8_t fill,
+                 const RowLayout& layout = {});
 
     // As the interface shows it; the world itself goes by its own geometry, whatever becomes of that copy.
     [[nodiscard]] PF_EffectWorld interface_world(bool writeable) const;
@@ -24,7 +26,7 @@ class World {
     [[nodiscard]] bool deep() const { return deep_; }
     [[nodiscard]] int pixel_bytes() const { return deep_ ? 8 : 4; }
     [[nodiscard]] std::uint8_t* row(int y) const {
-        return first_row_ + static_cast<std::ptrdiff_t>(y) * static_cast<std::ptrdiff_t>(row_bytes_);
+        return first_row_ + static_cast<std::ptrdiff_t>(y) * row_bytes_;
     }
 
     // Reports stray writes, once, as "... past the end of output row 3".
@@ -39,8 +41,10 @@ class World {
     int width_ = 0, height_ = 0;
     bool deep_ = false;
     PF_RationalScale aspect_{1, 1};
-    std::size_t row_bytes_ = 0, capacity_ = 0;
-    std::unique_ptr<std::uint8_t[]> memory_;
+    std::ptrdiff_t row_bytes_ = 0;            // from row to row; negative when the last row lies first
+    std::size_t stride_ = 0, capacity_ = 0;   // its size, and that of the memory
+    std::unique_ptr<std::uint8_t[]> memory_;  // guard, rows with what is between them, guard
+    std::uint8_t* guard_after_ = nullptr;
     std::uint8_t* first_row_ = nullptr;
 };
 

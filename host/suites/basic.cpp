@@ -43,6 +43,7 @@ bool is_withheld(const Instance& in, const Entry& entry) {
 SPErr acquire_suite(const char* name, int32 version, const void** suite) {
     return serve("Basic.AcquireSuite", [&](Instance& in) {
         if (!name) throw Misuse{"null suite name", PF_Err_BAD_CALLBACK_PARAM};
+        in.log.asked_for_suite({name, strnlen(name, 100)}, version);
         const void*& table = result(suite);
         for (const Entry& entry : kServed) {
             if (entry.version != version || std::strcmp(entry.name, name) != 0) continue;

@@ -25,7 +25,7 @@ A_Err get_item_type(AEGP_ItemH item, AEGP_ItemType* type) {
 A_Err get_item_name(AEGP_ItemH item, A_char* name) {
     return serve("Item.AEGP_GetItemName", [&](Instance& in) {
         const Item* source = source_item(in, item);
-        write_name(&result(name), source ? source->name : in.composition.name);
+        write_name(&required(name), source ? source->name : in.composition.name);
     });
 }
 

@@ -19,7 +19,8 @@ A_Err get_effect_layer(PF_ProgPtr effect_ref, AEGP_LayerH* layer) {
 A_Err get_new_effect(AEGP_PluginID, PF_ProgPtr effect_ref, AEGP_EffectRefH* effect) {
     return serve("PFInterface.AEGP_GetNewEffectForEffect", [&](Instance& in) {
         in.check(effect_ref);
-        result(effect) = in.lend_effect("AEGP_GetNewEffectForEffect");
+        AEGP_EffectRefH& to = result(effect);
+        to = in.lend_effect("AEGP_GetNewEffectForEffect");
     });
 }
 

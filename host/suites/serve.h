@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "host/runner/instance.h"
 #include "hostapi/constants.h"
+#include "hostapi/scene_values.h"
 
 namespace zam::host {
 
@@ -46,26 +49,61 @@ A_Err serve(std::string_view name, Body&& body, Door door = Door::locked) noexce
     std::unique_lock lock(instance->gate, std::defer_lock);
     try {
         lock.lock();
-        const A_Err planned = instance->log.enter(name);
-        if (planned && door != Door::giving_back) return planned;
+        const Fault planned = instance->log.enter(name);
+        if (planned.code) instance->log.met();
+        if (planned.code && planned.results == Fault::Results::untouched && door != Door::giving_back)
+            return planned.code;
+        const Instance::Spoiling spoiling(*instance, door == Door::locked ? planned : Fault{});
         if (door == Door::open) lock.unlock();
         body(*instance);
-        return planned;
+        return planned.code;
     } catch (...) {
         return answer_to_failure(*instance, name, lock);
     }
 }
 
-// Where a result goes.
+// What an effect must have given.
+template <class T>
+T& required(T* what) {
+    if (!what) throw Misuse{"null result", PF_Err_BAD_CALLBACK_PARAM};
+    return *what;
+}
+
+// One of the interface's buffers for names, of which there is no type.
+struct NameBuffer {
+    A_char text[AEGP_MAX_LAYER_NAME_SIZE];
+};
+
+// Spoils the first result of a call as it was planned, and ends the call there.
+template <class T>
+void spoil(Instance& in, T& result) {
+    constexpr bool is_handle = std::is_pointer_v<T>, is_name = std::is_same_v<T, NameBuffer>;
+    constexpr bool names_stream = std::is_same_v<T, AEGP_StreamValue>;  // that has to be given back
+    const Fault& fault = *in.spoiling;
+    const bool with_null = fault.results == Fault::Results::null;
+    if (with_null && !is_handle && !is_name) return;
+    if (fault.results == Fault::Results::wrong && (is_handle || names_stream)) return;
+    std::memset(static_cast<void*>(&result), with_null ? 0 : fault.byte, sizeof result);
+    if constexpr (std::is_same_v<T, A_Time>) result.scale |= 1;  // 0 is no scale at all
+    if (!fault.code) in.log.met();
+    throw Refusal{fault.code};
+}
+
+// Where a result goes. To be asked for before anything is lent or changed.
 template <class T>
 T& result(T* where) {
-    if (!where) throw Misuse{"null result", PF_Err_BAD_CALLBACK_PARAM};
-    return *where;
+    T& to = required(where);
+    Instance* in = Instance::current();
+    if (in && in->spoiling) [[unlikely]]
+        spoil(*in, to);
+    return to;
 }
 
 // Copies a text into one of the interface's name buffers of 32 bytes, cut to 31; a null buffer is not wanted.
 inline void write_name(A_char* buffer, std::string_view text) {
     if (!buffer) return;
+    if (Instance* in = Instance::current(); in && in->spoiling)
+        spoil(*in, reinterpret_cast<NameBuffer&>(*buffer));
     const std::size_t length = std::min<std::size_t>(text.size(), AEGP_MAX_LAYER_NAME_SIZE - 1);
     std::copy_n(text.data(), length, buffer);
     buffer[length] = '\0';

@@ -91,7 +91,7 @@ A_Err dispose_stream_value(AEGP_StreamValue* value) {
     return serve(
         "Stream.AEGP_DisposeStreamValue",
         [&](Instance& in) {
-            AEGP_StreamValue& given = result(value);
+            AEGP_StreamValue& given = required(value);
             if (!in.ledger.give_back(Loan::stream_value, number(given.streamH))) {
                 throw Misuse{"stream value that is not held", PF_Err_BAD_CALLBACK_PARAM};
             }
@@ -104,7 +104,7 @@ A_Err set_stream_value(AEGP_PluginID, AEGP_StreamRefH stream, AEGP_StreamValue* 
     return serve("Stream.AEGP_SetStreamValue", [&](Instance& in) {
         in.must_be_changeable();
         const OpenStream open = open_stream(in, stream);
-        AEGP_StreamVal to = result(value).val;
+        AEGP_StreamVal to = required(value).val;
         if (open.type == AEGP_StreamType_LAYER_ID) to.one_d = value->val.layer_id;
         if (!open.data || !set_value(*open.data, to)) throw Refusal{A_Err_PARAMETER};
     });

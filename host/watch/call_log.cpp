@@ -5,17 +5,23 @@ namespace zam::host {
 void CallLog::clear() {
     calls_.clear();
     names_.clear();
+    suites_.clear();
 }
 
 void CallLog::set_plan(FaultPlan plan) {
     plan_ = std::move(plan);
     count_.clear();
+    met_ = 0;
 }
 
-A_Err CallLog::enter(std::string_view call) {
+Fault CallLog::enter(std::string_view call) {
     if (recording_) calls_.push_back(call);
-    if (plan_.empty()) return 0;
-    return plan_.code_for(call, ++count_[call]);
+    if (plan_.empty()) return {};
+    return plan_.fault_of(call, ++count_[call]);
+}
+
+void CallLog::asked_for_suite(std::string_view name, int version) {
+    if (recording_) suites_.push_back(std::string(name) + " " + std::to_string(version));
 }
 
 const std::vector<std::string>& CallLog::names() const {

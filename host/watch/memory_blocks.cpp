@@ -6,6 +6,18 @@
 
 #include "hostapi/constants.h"
 
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#include <sanitizer/asan_interface.h>
+#define ZAM_FORBID(memory, bytes) __asan_poison_memory_region(memory, bytes)
+#define ZAM_ALLOW(memory, bytes) __asan_unpoison_memory_region(memory, bytes)
+#endif
+#endif
+#if !defined(ZAM_FORBID)  // nobody looks
+#define ZAM_FORBID(memory, bytes)
+#define ZAM_ALLOW(memory, bytes)
+#endif
+
 namespace zam::host {
 namespace {
 
@@ -29,7 +41,8 @@ void MemoryBlocks::place(Block& block, std::uint64_t size) {
         const auto before = static_cast<std::size_t>(block.size);
         std::memcpy(memory.get() + kGuard, block.memory.get() + kGuard, std::min(bytes, before));
         std::memset(block.memory.get(), kDeadByte, before + 2 * kGuard);
-        moved_away_.push_back(std::move(block.memory));
+        ZAM_FORBID(block.memory.get(), before + 2 * kGuard);
+        moved_away_.push_back({std::move(block.memory), before + 2 * kGuard});
     }
     block.memory = std::move(memory);
     block.master = block.memory.get() + kGuard;
@@ -125,8 +138,14 @@ std::vector<std::uint8_t> MemoryBlocks::bytes(PF_Handle handle) const {
 }
 
 void MemoryBlocks::balance(const std::vector<PF_Handle>& kept) {
-    moved_away_.clear();
     const std::string after(ledger_.command());
+    for (const Left& left : moved_away_) {
+        ZAM_ALLOW(left.memory.get(), left.bytes);
+        const std::uint8_t *start = left.memory.get(), *end = start + left.bytes;
+        if (std::any_of(start, end, [](std::uint8_t byte) { return byte != kDeadByte; }))
+            ledger_.report("write to a handle's block after it moved, seen after " + after);
+    }
+    moved_away_.clear();
     for (auto& [handle, block] : blocks_) {
         check_guards(*block, ("after " + after).c_str());
         if (block->locks > 0) {

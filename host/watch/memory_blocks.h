@@ -32,8 +32,8 @@ class MemoryBlocks {
     [[nodiscard]] bool knows(PF_Handle handle) const { return blocks_.contains(handle); }
     [[nodiscard]] std::vector<std::uint8_t> bytes(PF_Handle handle) const;
 
-    // After a command: locks still on, damaged guards and blocks that nobody will ever dispose of become
-    // reports. `kept` are the handles that may live on.
+    // After a command: locks still on, damaged guards, writes to where a block no longer is, and blocks that nobody
+    // will ever dispose of become reports. `kept` are the handles that may live on.
     void balance(const std::vector<PF_Handle>& kept);
 
   private:
@@ -54,7 +54,11 @@ class MemoryBlocks {
     std::unordered_map<PF_Handle, std::unique_ptr<Block>> blocks_;
     // The last disposed ones, so that neither handles nor blocks come back at the same address at once.
     std::deque<std::unique_ptr<Block>> disposed_;
-    std::vector<std::unique_ptr<std::uint8_t[]>> moved_away_;  // overwritten, until the command ends
+    struct Left {
+        std::unique_ptr<std::uint8_t[]> memory;
+        std::size_t bytes = 0;
+    };
+    std::vector<Left> moved_away_;  // overwritten, and nobody's until the command ends
 };
 
 }  // namespace zam::host

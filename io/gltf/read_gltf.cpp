@@ -16,6 +16,7 @@ namespace {
 
 constexpr std::size_t kMostLayers = 10'000;
 constexpr double kDark = 1e-12;            // candela, lux: nobody sees less
+constexpr double kDim = 2.0;               // percent
 constexpr std::size_t kLongestList = 400;  // bytes of names in a message
 
 // The most that a value reaches; intensities are never negative.
@@ -119,6 +120,18 @@ class GltfReader {
         for (host::Layer& layer : layers)
             multiply(&layer.light.intensity,
                      100.0 / (layer.light.type == host::LightType::parallel ? full_lux : full), &confined_);
+        note_dim(layers);
+    }
+
+    void note_dim(const std::vector<host::Layer>& layers) {
+        const auto dim = std::count_if(layers.begin(), layers.end(), [](const host::Layer& layer) {
+            return layer.light.type != host::LightType::parallel && layer.video &&
+                   peak(layer.light.intensity) < kDim;
+        });
+        if (shines_ && dim > 0)
+            scene_.notes.push_back(std::to_string(dim) + " of " + std::to_string(layers.size()) +
+                                   " lights never reach " + format_number(kDim) + " %" +
+                                   "; a lower --light-scale, or \"Light's Intensity\" off, makes them seen");
     }
 
     void note_scale(const std::string& brightest, double candela, double full) {

@@ -1,6 +1,7 @@
-// By zlib, for where there is no ISA-L.
+// By zlib, for where there is no libdeflate.
 #include <zlib.h>
 
+#include <algorithm>
 #include <new>
 #include <stdexcept>
 #include <vector>
@@ -11,53 +12,47 @@ namespace zam::io {
 namespace {
 
 constexpr std::size_t kPiece = 256 * 1024;
+constexpr std::size_t kMostAtOnce = std::size_t{1} << 30;  // the library counts in 32 bits
 constexpr int kLevel = 1;
 
 }  // namespace
 
 struct Deflater::State {
-    z_stream stream{};
-    std::vector<std::uint8_t> piece = std::vector<std::uint8_t>(kPiece);
+    z_stream library{};
+    std::vector<std::uint8_t> stream;
 
     State() {
-        if (deflateInit(&stream, kLevel) != Z_OK) throw std::bad_alloc();
-        make_room();
+        if (deflateInit(&library, kLevel) != Z_OK) throw std::bad_alloc();
     }
-    ~State() { deflateEnd(&stream); }
+    ~State() { deflateEnd(&library); }
     State(const State&) = delete;
     State& operator=(const State&) = delete;
-
-    void make_room() {
-        stream.next_out = piece.data();
-        stream.avail_out = static_cast<uInt>(piece.size());
-    }
-
-    [[nodiscard]] std::span<const std::uint8_t> made() const {
-        return {piece.data(), piece.size() - stream.avail_out};
-    }
 };
 
 Deflater::Deflater() : state_(std::make_unique<State>()) {}
 Deflater::~Deflater() = default;
 
-bool Deflater::add(std::span<const std::uint8_t> bytes, bool last, const Out& out) {
-    z_stream& stream = state_->stream;
-    stream.next_in = const_cast<Bytef*>(bytes.data());
-    stream.avail_in = static_cast<uInt>(bytes.size());
-    while (true) {
-        const int result = deflate(&stream, last ? Z_FINISH : Z_NO_FLUSH);
-        const bool ended = result == Z_STREAM_END;
-        if (result != Z_OK && result != Z_BUF_ERROR && !ended)
-            throw std::logic_error("the compressor was called wrongly");
-        if (stream.avail_out == 0 || ended) {
-            if (!state_->made().empty() && !out(state_->made())) return false;
-            state_->make_room();
-            if (ended) deflateReset(&stream);
-            if (ended) return true;
-        } else if (stream.avail_in == 0 && !last) {
-            return true;
+std::span<const std::uint8_t> Deflater::compress(std::span<const std::uint8_t> bytes) {
+    z_stream& library = state_->library;
+    std::vector<std::uint8_t>& stream = state_->stream;
+    std::size_t size = 0;
+    for (int result = Z_OK; result != Z_STREAM_END;) {
+        if (library.avail_in == 0) {
+            const std::size_t next = std::min(bytes.size(), kMostAtOnce);
+            library.next_in = const_cast<Bytef*>(bytes.data());
+            library.avail_in = static_cast<uInt>(next);
+            bytes = bytes.subspan(next);
         }
+        if (stream.size() < size + kPiece) stream.resize(std::max(size + kPiece, 2 * stream.size()));
+        library.next_out = stream.data() + size;
+        library.avail_out = static_cast<uInt>(kPiece);
+        result = deflate(&library, bytes.empty() ? Z_FINISH : Z_NO_FLUSH);
+        if (result != Z_OK && result != Z_BUF_ERROR && result != Z_STREAM_END)
+            throw std::logic_error("the compressor was called wrongly");
+        size += kPiece - library.avail_out;
     }
+    deflateReset(&library);
+    return {stream.data(), size};
 }
 
 }  // namespace zam::io

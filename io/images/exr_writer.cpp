@@ -75,7 +75,7 @@ void write_head(Context& context, const host::Frame& frame, const Metadata& meta
     const exr_attr_rational_t rate = {metadata.frame_rate.num, metadata.frame_rate.den};
     context.check(exr_attr_set_rational(context, part, "framesPerSecond", &rate));
     context.check(exr_attr_set_string(context, part, "software", metadata.software.c_str()));
-    context.check(exr_attr_set_int(context, part, "frame", metadata.frame));
+    context.check(exr_attr_set_int(context, part, "frame", metadata.frame.value_or(0)));
     context.check(exr_attr_set_double(context, part, "time", metadata.seconds()));
     context.check(exr_attr_set_string(context, part, "sceneDigest", metadata.digest.c_str()));
     context.check(exr_write_header(context));
@@ -135,17 +135,12 @@ template <class Sample>
 void write_rows(Context& context, const host::Frame& frame, bool linear) {
     Chunk<Sample> chunk(frame, linear);
     Deflater deflater;
-    std::vector<std::uint8_t> prepared, packed;
-    const auto out = [&](std::span<const std::uint8_t> bytes) {
-        packed.insert(packed.end(), bytes.begin(), bytes.end());
-        return true;
-    };
+    std::vector<std::uint8_t> prepared;
     for (int first = 0; first < frame.height && context.good(); first += kChunkRows) {
         const std::span<const std::uint8_t> plain =
             chunk.fill(first, std::min(kChunkRows, frame.height - first));
         prepare(plain, prepared);
-        packed.clear();
-        deflater.add(prepared, true, out);
+        const std::span<const std::uint8_t> packed = deflater.compress(prepared);
         // What does not get smaller is kept as it is; readers tell by the size.
         const std::span<const std::uint8_t> bytes = packed.size() < plain.size() ? packed : plain;
         context.check(exr_write_scanline_chunk(context, 0, first, bytes.data(), bytes.size()));

@@ -28,13 +28,13 @@ struct ImageOptions {
 
 // Told in the file. Nothing in it depends on when or where a frame is rendered.
 struct Metadata {
-    int frame = 0;
+    std::optional<int> frame;  // none: the picture shows several
     host::Ratio frame_rate{24, 1};
     host::Ratio pixel_aspect{1, 1};
     std::string software;  // program and version
     std::string digest;    // of the scene and what it was rendered with
 
-    [[nodiscard]] double seconds() const { return frame / frame_rate.value(); }
+    [[nodiscard]] double seconds() const { return frame.value_or(0) / frame_rate.value(); }
 };
 
 }  // namespace zam::io

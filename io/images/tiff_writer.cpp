@@ -44,12 +44,7 @@ template <class Sample, class FillRow>
 bool write_strips(TIFF* tiff, const host::Frame& frame, int rows_per_strip, const FillRow& fill_row) {
     const std::size_t row_samples = static_cast<std::size_t>(frame.width) * 4;
     std::vector<Sample> strip(row_samples * static_cast<std::size_t>(rows_per_strip));
-    std::vector<std::uint8_t> packed;
     Deflater deflater;
-    const auto out = [&](std::span<const std::uint8_t> bytes) {
-        packed.insert(packed.end(), bytes.begin(), bytes.end());
-        return true;
-    };
     for (int first = 0; first < frame.height; first += rows_per_strip) {
         const int rows = std::min(rows_per_strip, frame.height - first);
         for (int y = 0; y < rows; ++y) {
@@ -57,12 +52,12 @@ bool write_strips(TIFF* tiff, const host::Frame& frame, int rows_per_strip, cons
             fill_row(first + y, row);
             subtract_left(row, row_samples);
         }
-        packed.clear();
-        deflater.add({reinterpret_cast<const std::uint8_t*>(strip.data()),
-                      row_samples * static_cast<std::size_t>(rows) * sizeof(Sample)},
-                     true, out);
+        const std::span<const std::uint8_t> packed =
+            deflater.compress({reinterpret_cast<const std::uint8_t*>(strip.data()),
+                               row_samples * static_cast<std::size_t>(rows) * sizeof(Sample)});
         const auto number = static_cast<std::uint32_t>(first / rows_per_strip);
-        if (TIFFWriteRawStrip(tiff, number, packed.data(), static_cast<tmsize_t>(packed.size())) < 0)
+        if (TIFFWriteRawStrip(tiff, number, const_cast<std::uint8_t*>(packed.data()),
+                              static_cast<tmsize_t>(packed.size())) < 0)
             return false;
     }
     return true;
@@ -70,7 +65,7 @@ bool write_strips(TIFF* tiff, const host::Frame& frame, int rows_per_strip, cons
 
 void set_tags(TIFF* tiff, const host::Frame& frame, const Metadata& metadata, int bits, int rows_per_strip) {
     const std::uint16_t extra[] = {EXTRASAMPLE_UNASSALPHA};
-    const std::string description = "frame " + std::to_string(metadata.frame) + ", time " +
+    const std::string description = "frame " + std::to_string(metadata.frame.value_or(0)) + ", time " +
                                     format_number(metadata.seconds()) + " s, scene digest " + metadata.digest;
     TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, static_cast<std::uint32_t>(frame.width));
     TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, static_cast<std::uint32_t>(frame.height));
@@ -83,6 +78,11 @@ void set_tags(TIFF* tiff, const host::Frame& frame, const Metadata& metadata, in
     TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_ADOBE_DEFLATE);
     TIFFSetField(tiff, TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL);
     TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, static_cast<std::uint32_t>(rows_per_strip));
+    if (metadata.pixel_aspect.value() != 1.0) {
+        TIFFSetField(tiff, TIFFTAG_RESOLUTIONUNIT, RESUNIT_NONE);
+        TIFFSetField(tiff, TIFFTAG_XRESOLUTION, 1.0 / metadata.pixel_aspect.value());
+        TIFFSetField(tiff, TIFFTAG_YRESOLUTION, 1.0);
+    }
     TIFFSetField(tiff, TIFFTAG_SOFTWARE, metadata.software.c_str());
     TIFFSetField(tiff, TIFFTAG_IMAGEDESCRIPTION, description.c_str());
 }

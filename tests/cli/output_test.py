@@ -92,6 +92,15 @@ class Output(ProgramTest):
             (self.folder / "scene.png").write_text("no picture")
             self.expect(3, message, "render", "scene.json", "-o", "out/a.####.png", *arguments)
             self.assertFalse((self.folder / "out").exists(), "told before anything is rendered")
+        before = (self.folder / "plate.0003.png").read_bytes()
+        for command in (["render", "-o", "plate.####.png"], ["contact-sheet", "-o", "./plate.0003.png", "--frames", "3"]):
+            self.expect(2, "plate.0003.png: that is the plate itself", *command, "scene.json", "--over", "plate.####.png")
+        self.assertEqual(before, (self.folder / "plate.0003.png").read_bytes())
+
+    def test_pixels_that_are_not_square(self):
+        self.write("wide.json", {**SCENE, "pixel_aspect": 2})
+        self.assertIn(b"pHYs" + bytes((0, 0, 0, 1, 0, 0, 0, 2, 0)), self.render("a.png", scene="wide.json"))
+        self.assertNotIn(b"pHYs", self.render("a.png"))
 
     def test_existing_frames_are_skipped(self):
         (self.folder / "a.4.png").write_text("kept")
@@ -99,6 +108,8 @@ class Output(ProgramTest):
         self.assertIn("; 1 frame there already", run.stderr)
         self.assertEqual((self.folder / "a.4.png").read_text(), "kept")
         read_png(self.folder / "a.3.png")
+        (self.folder / "a.3.png").write_bytes(b"")  # as good as missing
+        self.expect(0, "; 1 frame there already", "render", "scene.json", "-o", "a.#.png", "--skip-existing")
         self.expect(0, "0 frames in 0:00; 2 frames there already", "render", "scene.json", "-o", "a.#.png", "--skip-existing")
         self.expect(0, "", "render", "scene.json", "-o", "a.#.png")
         read_png(self.folder / "a.4.png")
@@ -117,12 +128,15 @@ class Output(ProgramTest):
             self.assertEqual(run.returncode, code)
             return [json.loads(line) for line in run.stderr.splitlines()]
 
+        self.assertEqual([e["event"] for e in events(0, "scene.json", "-o", "a.#.png", "-q")], ["start", "end"])
         start, *frames, end = events(0, "scene.json", "-o", "a.#.png")
         self.assertEqual((start["event"], start["frames"], start["scene"]), ("start", 2, "scene.json"))
         self.assertEqual([(e["event"], e["frame"], e["file"], e["done"], e["total"]) for e in frames],
                          [("frame", 3, "a.3.png", 1, 2), ("frame", 4, "a.4.png", 2, 2)])
         self.assertEqual((end["event"], end["frames"], end["skipped"]), ("end", 2, 0))
         self.assertEqual(set(end["stages"]), {"read_scene", "load_plugin", "render", "wait", "lay_over", "encode", "write"})
+        error, = events(2, "--bogus")
+        self.assertEqual((error["event"], error["message"]), ("error", "unknown option --bogus"))
         error, = events(3, "none.json", "-o", "a.#.png")
         self.assertEqual((error["event"], error["exit_code"]), ("error", 3))
         self.assertRegex(error["message"], "^none.json: ")

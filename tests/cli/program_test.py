@@ -46,6 +46,8 @@ class Program(ProgramTest):
             ("no output is given", ["render", "scene.json"]),
             ("unexpected second.json", ["render", "scene.json", "second.json", *out]),
             ("--depth", ["render", "scene.json", *out, "--depth", "12"]),
+            ("--frames: the value is empty\nzam: hint: zam render --help", ["render", "scene.json", *out, "--frames", ""]),
+            ("for example a.####.png", ["render", "scene.json", "-o", "a.%04d.png"]),
             ("--resolution", ["render", "scene.json", *out, "--resolution", "third"]),
             ("several frames would all get this name\nzam: hint: put # where the frame's number goes, for example a.####.png",
              ["render", "scene.json", "-o", "a.png"]),
@@ -92,6 +94,14 @@ class Program(ProgramTest):
         self.expect(5, "file", "render", "scene.json", "-o", "file/a.#.png")
         (self.folder / "taken.3.png").mkdir()
         self.expect(5, "taken.3.png: cannot write the file", "render", "scene.json", "-o", "taken.#.png")
+
+    def test_light_that_nobody_sees_is_told_of(self):
+        for intensity, told in ((0, "no light is in these frames"), (0.01, "the light is faint"), (20, "")):
+            scene = json.loads(json.dumps(SCENE))
+            scene["layers"][0]["intensity"] = intensity
+            self.write("faint.json", scene)
+            run = self.expect(0, told, "render", "faint.json", "-o", "out/a.png", "--frames", "0", "--depth", "16")
+            self.assertEqual("note" in run.stderr, bool(told), run.stderr)
 
     def test_frames_become_numbered_files(self):
         names = self.rendered("-o", "out/deep/../l.####.png")
@@ -224,7 +234,11 @@ class Program(ProgramTest):
             with self.subTest(text=text):
                 self.write("bad.json", text)
                 self.expect(3, message, "render", "scene.json", "-o", "out/a.#.png", "--preset", "bad.json")
-        self.expect(3, "none.json: cannot read the file", "render", "scene.json", "-o", "out/a.#.png", "--preset", "none.json")
+        for name, message in (("none.json", "none.json: cannot read the file"),
+                              ("stage-beam", "there is no such preset\nzam: hint: did you mean stage-beams?")):
+            if not WINDOWS or name != "stage-beam":  # presets stand beside the program when it is packed
+                self.expect(3, message, "render", "scene.json", "-o", "out/a.#.png", "--preset", name)
+        self.expect(3, "--preset takes", "validate", ROOT / "presets/stage-beams.json")
         self.assertFalse((self.folder / "out").exists())
 
     def test_controls_are_listed(self):

@@ -4,8 +4,10 @@
 """
 
 import json
+import os
 import sys
 import unittest
+import unittest.mock
 
 from zam_program import ROOT, SCENE, ProgramTest, read_png
 
@@ -76,6 +78,16 @@ class Scenes(ProgramTest):
                                      r"zam: none.json: cannot read")
         self.expect(2, "no scene is given", "validate")
 
+    def test_targets_draw_the_same_codes(self):
+        drawn = []
+        for cap in "scalar", "avx2", "avx512":
+            with unittest.mock.patch.dict(os.environ, ZAM_TARGET=cap):
+                for scene in (ROOT / "tests/golden").glob("*.json"):
+                    self.expect(0, "", "render", scene, "-o", f"{cap}/{scene.stem}.##.png", "--depth", "16")
+            drawn.append({path.name: read_png(path) for path in (self.folder / cap).iterdir()})
+        self.assertGreater(len(drawn[0]), 19)
+        self.assertEqual([[name for name in drawn[0] if wide[name] != drawn[0][name]] for wide in drawn[1:]], [[], []])
+
     def test_convert_keeps_every_frame(self):
         moving = {
             "size": [32, 20], "frame_rate": 23.976, "pixel_aspect": [10, 11], "duration": 9, "work_area": [0, 8],
@@ -114,6 +126,12 @@ class Scenes(ProgramTest):
         self.assertEqual(one["layers"][1]["position"]["keys"][0][:2], [0, [4, 4, 0]], "keys stay keys")
         self.assertEqual(one["layers"][2]["color"]["from"], 2.25, "samples stay samples")
         self.assertNotIn("layer", one["effect"], "the effect's own layer is made again")
+
+    def test_convert_takes_controls_along(self):
+        look = ["--preset", ROOT / "presets/stage-beams.json", "--set", "Look=Linear", "--set", "Reach=70"]
+        self.expect(0, "", "convert", "scene.json", "-o", "look.json", *look)
+        self.assertEqual(self.pictures("scene.json", *look), self.pictures("look.json"))
+        self.expect(2, "did you mean \"Look\"?", "convert", "scene.json", "-o", "b.json", "--set", "Lok=Weak")
 
     def test_convert_refuses(self):
         before = (self.folder / "scene.json").read_text()

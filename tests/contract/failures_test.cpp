@@ -1,182 +1,200 @@
-// What a host answers badly: every call of a command failing once, each suite withheld, a cancelled frame.
+// A host that fails: every call of every command, each suite withheld, and what the effect is not given. After each the
+// effect must hold nothing, say what it should, and go on as if nothing had been.
 #include <algorithm>
-#include <map>
 #include <memory>
+#include <random>
+#include <set>
 
-#include "tests/contract/zam_fixture.h"
+#include "tests/contract/failing_life.h"
 
 namespace zam::test {
 namespace {
 
-// Everything in it: both kinds of lights, a camera, a reach layer.
-Composition rich_composition() {
-    Composition comp = make_composition(24, 16);
-    comp.items.push_back({2, "Wall source", 40, 40});
-    Layer& wall = add_layer(comp, LayerKind::solid, "", {16, 0, 0});
-    wall.source = 2;
-    wall.transform.rotation_y = 70.0;
-    add_point(comp, {8, 4, 5}, "Front lamp");
-    add_spot(comp, {4, 2, 0}, {20, 12, 4}, "Front beam");
-    add_camera(comp, {12, 8, -30}, {12, 8, 0}, 30);
-    return comp;
-}
-
-constexpr LayerId kWall = 2;
-
-struct RichSession : Running {
-    RichSession() : Running(rich_composition(), {.threads = 1, .record_calls = true}) {
-        set("Reach Comp Layer", 1);
-        set("Name starts with", 3);
-        pick();
-    }
-    Outcome pick() { return session.choose_layer(index_of("Set Reach Layer"), kWall, 0); }
+using Results = Fault::Results;
+constexpr Fault kFaults[] = {
+    {1},
+    {PF_Interrupt_CANCEL, Results::rubbish, 0xFF},  // not a number, minus one
+    {0, Results::null},
+    {0, Results::wrong, 0x00},
+    {0, Results::wrong, 0x7F},  // huge
+    {0, Results::wrong, 0xFF},
 };
 
-// The calls of the last command, each with its number among the calls of that name.
-std::vector<std::pair<std::string, int>> numbered_calls(const Session& session) {
-    std::vector<std::pair<std::string, int>> numbered;
-    std::map<std::string, int> seen;
-    for (const std::string_view call : session.calls()) {
-        const std::string name(call);
-        numbered.emplace_back(name, ++seen[name]);
-    }
-    return numbered;
+// But for what is by design: an older host's suite is kept after a new reach light, and one that no version could be had
+// of is given back all the same.
+std::vector<std::string> reports_of(const Outcome& outcome, const Circumstances& in) {
+    std::vector<std::string> reports = outcome.reports;
+    std::erase_if(reports, [&](const std::string& report) {
+        const bool kept = in.host_version.minor == 2 && report.find("held after") != std::string::npos;
+        const bool never_held =
+            outcome.message == "Failed to acquire suite." && report.find("not held") != std::string::npos;
+        return report.starts_with("suite \"PF Param Utils Suite\" ") && (kept || never_held);
+    });
+    return reports;
 }
 
-// A call that gives something back: what the host refuses to take stays held.
-bool gives_back(const std::string& call) {
-    for (const char* word : {"Release", "Dispose", "dispose", "unlock"}) {
-        if (call.find(word) != std::string::npos) return true;
-    }
-    return false;
-}
+// A life in which one step fails again and again.
+class FailingStep {
+  public:
+    const Circumstances& which;
+    const int step;
+    std::vector<Call> calls;  // when nothing fails
+    int faults_met = 0;       // at the last failure
 
-TEST(Failures, EveryHostCallOfARenderFailsOnce) {
-    RichSession clean;
-    const Frame good = clean.render();
-    ASSERT_TRUE(good.outcome.ok()) << ::testing::PrintToString(good.outcome.reports);
-    ASSERT_FALSE(is_black(good));
-    const auto calls = numbered_calls(clean.session);
-    ASSERT_GT(calls.size(), 60U);
-    for (const auto& [name, nth] : calls) {
-        SCOPED_TRACE(name + " " + std::to_string(nth));
-        EXPECT_EQ(name.find("before expressions"), std::string::npos);
-        RichSession running;
-        running.session.set_faults(FaultPlan().fail(name, nth, 1));
-        const Outcome outcome = running.render().outcome;
-        if (!gives_back(name)) {
-            EXPECT_EQ(outcome.reports, std::vector<std::string>{});
+    FailingStep(const Circumstances& circumstances, int failing) : which(circumstances), step(failing) {
+        Life usual(which);
+        usual.live_until(kRender);
+        good_ = usual.render().argb;
+        begin();
+        life_->take(step);
+        calls = calls_of(life_->session);
+    }
+
+    // Takes the step once, so prepared, and sees that all is well in the end.
+    Outcome take(const std::function<void(Life&)>& prepare) {
+        begin();
+        prepare(*life_);
+        const Outcome outcome = life_->take(step);
+        faults_met = life_->session.faults_met();
+        life_->session.set_faults({});
+        life_->amend = nullptr;
+        EXPECT_EQ(reports_of(outcome, which), std::vector<std::string>{});
+        recover();
+        return outcome;
+    }
+    Outcome fail(const FaultPlan& plan) {
+        return take([&](Life& life) { life.session.set_faults(plan); });
+    }
+    // True when some call failed.
+    bool fails(const FaultPlan& plan) { return fail(plan), faults_met > 0; }
+
+  private:
+    // Other steps leave the life as it was, once the composition is; no new one is needed each time.
+    [[nodiscard]] bool changes_life() const { return step < kPick || step >= sequence_setdown(); }
+    void begin() {
+        if (!life_ || changes_life()) {
+            life_ = std::make_unique<Life>(which);
+            life_->live_until(step);
+            before_ = life_->comp;
         }
-        const bool missing_suite = name == "Basic.AcquireSuite";
-        EXPECT_EQ(outcome.thrown, missing_suite ? std::optional<int>(516) : std::nullopt);
-        EXPECT_EQ(outcome.error, name == "Utils.iterate" ? 1 : 0);
-        // And the next frame is as good as ever.
-        running.session.set_faults({});
-        EXPECT_EQ(running.render().argb, good.argb);
+        life_->comp = before_;
     }
-}
-
-TEST(Failures, EveryHostCallOfPickingALayerFailsOnce) {
-    for (const bool renames : {false, true}) {
-        const auto prepare = [&] {
-            auto running =
-                std::make_unique<Running>(rich_composition(), SessionOptions{.record_calls = true});
-            if (renames) running->session.choose_layer(running->index_of("Set Reach Layer"), kWall, 0);
-            return running;
-        };
-        const auto clean = prepare();
-        const int index = clean->index_of("Set Reach Layer");
-        ASSERT_TRUE(clean->session.choose_layer(index, kWall, 0).ok());
-        ASSERT_EQ(clean->comp.layers.size(), rich_composition().layers.size() + 1);
-        const auto calls = numbered_calls(clean->session);
-        ASSERT_GT(calls.size(), 40U);
-        const auto acquired =
-            std::count(clean->session.calls().begin(), clean->session.calls().end(), "Basic.AcquireSuite");
-        for (const auto& [name, nth] : calls) {
-            SCOPED_TRACE(name + " " + std::to_string(nth));
-            EXPECT_EQ(name.find("before expressions"), std::string::npos);
-            const auto running = prepare();
-            running->session.set_faults(FaultPlan().fail(name, nth, 1));
-            const Outcome outcome = running->session.choose_layer(index, kWall, 0);
-            EXPECT_EQ(outcome.error, 0);
-            if (!gives_back(name)) {
-                EXPECT_EQ(outcome.reports, std::vector<std::string>{});
-            }
-            // The first suite of either command is the control updates', which has other versions to fall
-            // back on.
-            const bool scene_suite = name == "Basic.AcquireSuite" && nth > 1 && nth < acquired;
-            EXPECT_EQ(outcome.thrown, scene_suite ? std::optional<int>(516) : std::nullopt);
+    void recover() {
+        if (changes_life()) {  // it ends, and another one begins in the same session
+            for (int last = std::max(step + 1, sequence_setdown()); last <= global_setdown(); ++last)
+                EXPECT_EQ(life_->take(last).reports, std::vector<std::string>{});
+            life_->comp = rich_composition(which.camera);
+            life_->live_until(kRender);
+        } else {
+            life_->take(kPick);
         }
+        const Frame after = life_->render();
+        EXPECT_TRUE(after.outcome.ok()) << ::testing::PrintToString(after.outcome.reports);
+        EXPECT_EQ(after.argb, good_);
     }
-}
 
-TEST(Failures, EverySuiteWithheldEndsTheCommandWithAnInt) {
-    const char* render_suites[] = {"AEGP PF Interface Suite 1", "AEGP Layer Suite 5", "AEGP Layer Suite 8",
-                                   "AEGP Light Suite 1", "AEGP Stream Suite 4"};
-    for (const char* suite : render_suites) {
-        Running running(rich_composition(), {.withheld_suites = {suite}});
-        running.set("Reach Comp Layer", 1);
-        const Outcome outcome = running.render().outcome;
-        EXPECT_EQ(outcome.thrown, std::optional<int>(516)) << suite;
-        EXPECT_EQ(outcome.reports, std::vector<std::string>{}) << suite;
-    }
-    const char* pick_suites[] = {"AEGP PF Interface Suite 1", "AEGP Layer Suite 8", "AEGP Light Suite 1",
-                                 "AEGP Stream Suite 4",       "AEGP Comp Suite 9",  "AEGP Item Suite 3",
-                                 "AEGP Keyframe Suite 1",     "AEGP Effect Suite 1"};
-    for (const char* suite : pick_suites) {
-        Running running(rich_composition(), {.withheld_suites = {suite}});
-        const Outcome outcome = running.session.choose_layer(running.index_of("Set Reach Layer"), kWall, 0);
-        EXPECT_EQ(outcome.thrown, std::optional<int>(516)) << suite;
-        EXPECT_EQ(outcome.reports, std::vector<std::string>{}) << suite;
-    }
-    // Without a camera the default view asks one suite more.
-    Composition no_camera = rich_composition();
-    no_camera.layers.erase(no_camera.layers.begin());
-    Running running(no_camera, {.withheld_suites = {"AEGP Camera Suite 2"}});
-    EXPECT_EQ(running.render().outcome.thrown, std::optional<int>(516));
-}
+    std::vector<std::uint16_t> good_;
+    std::unique_ptr<Life> life_;
+    Composition before_;
+};
 
-TEST(Failures, NoBasicSuiteEndsARenderTheSameWay) {
-    Composition comp = rich_composition();
-    Session session(zam_plugin(), comp, {.basic_suite = false});
-    for (const PF_Cmd command : {PF_Cmd_GLOBAL_SETUP, PF_Cmd_PARAMS_SETUP, PF_Cmd_SEQUENCE_SETUP}) {
-        EXPECT_TRUE(session.send(command).ok());
-    }
-    const Frame frame = session.render(0, {});
-    EXPECT_EQ(frame.outcome.thrown, std::optional<int>(516));
-    EXPECT_EQ(frame.outcome.reports, std::vector<std::string>{});
-    EXPECT_TRUE(session.send(PF_Cmd_SEQUENCE_SETDOWN).ok());
-    EXPECT_TRUE(session.send(PF_Cmd_GLOBAL_SETDOWN).ok());
-}
-
-TEST(Failures, ACancelledFrameIsPassedOn) {
-    RichSession running;
-    running.session.set_faults(FaultPlan().fail("Utils.iterate", 1, PF_Interrupt_CANCEL));
-    const Frame frame = running.render();
-    EXPECT_EQ(frame.outcome.error, PF_Interrupt_CANCEL);
-    EXPECT_EQ(frame.outcome.reports, std::vector<std::string>{});
-}
-
-TEST(Failures, WithoutMemoryAKindOfLightIsLeftOut) {
-    Composition comp = rich_composition();
-    const auto without = [&](LightType type) {
-        Composition less = comp;
-        std::erase_if(less.layers,
-                      [&](const Layer& l) { return l.kind == LayerKind::light && l.light.type == type; });
-        return Running(less).render().argb;
+template <class Check>
+void for_each_step(Check check) {
+    // The older host has the reach light looked after in every control update.
+    static const Circumstances kHosts[] = {
+        {"host of today"},
+        {.name = "host without handles", .handle_callbacks = false},
+        {"older host", false, {13, 2}, PF_Cmd_SEQUENCE_RESETUP, LightType::point, Depth::bits16},
     };
-    // Point lights, spot lights, then the spots' and the points' constants.
-    const struct {
-        int nth;
-        LightType lost;
-    } rows[] = {{1, LightType::point}, {2, LightType::spot}, {3, LightType::spot}, {4, LightType::point}};
-    for (const auto& row : rows) {
-        Running running(comp);
-        running.session.set_faults(FaultPlan().fail("Utils.host_new_handle", row.nth, 4));
-        const Frame frame = running.render();
-        EXPECT_TRUE(frame.outcome.ok()) << row.nth;
-        EXPECT_EQ(frame.argb, without(row.lost)) << row.nth;
-    }
+    for (const Circumstances& which : kHosts)
+        for (int step = kGlobalSetup; step <= global_setdown(); ++step) {
+            SCOPED_TRACE(std::string(which.name) + ", " + name_of_step(step));
+            FailingStep failing(which, step);
+            check(failing);
+        }
+}
+
+// The suite of control updates is asked for in other versions, and done without; any other one the effect must have.
+bool is_wanted(const std::string& suite) {
+    return !suite.empty() && !suite.starts_with("PF Param Utils Suite");
+}
+
+// What the entry point, or the query, answers when this call answers this code.
+PF_Err expected_error(int step, const std::string& call, A_Err code) {
+    if (step == kParamsSetup) return call == "Inter.add_param" ? code : 0;
+    if (step == kRender) return call == "Utils.iterate" ? code : 0;
+    if (step < kFirstQuery || step >= sequence_setdown()) return 0;
+    const Query& query = queries()[static_cast<std::size_t>(step - kFirstQuery)];
+    const bool passed_on =
+        !query.counts && call != "Basic.ReleaseSuite" && !call.starts_with("Ansi.") &&
+        std::find(query.does_without.begin(), query.does_without.end(), call) == query.does_without.end();
+    return passed_on ? code : 0;
+}
+
+TEST_F(Failures, EveryCallOfEveryCommandFailsInEveryWay) {
+    for_each_step([](FailingStep& failing) {
+        for (const auto& [name, nth, suite] : failing.calls)
+            for (const Fault& fault : kFaults) {
+                SCOPED_TRACE(name + " " + std::to_string(nth) + " " + suite + ", answer " +
+                             std::to_string(fault.code) + ", bytes " + std::to_string(fault.byte));
+                const Outcome outcome = failing.fail(FaultPlan().fail(name, nth, fault));
+                if (failing.faults_met == 0) continue;
+                ++cases;
+                EXPECT_EQ(outcome.thrown, is_wanted(suite) ? std::optional(516) : std::nullopt);
+                if (!fault.code || is_wanted(suite)) continue;
+                EXPECT_EQ(outcome.error, expected_error(failing.step, name, fault.code));
+                EXPECT_TRUE(failing.step == kRender || !outcome.message_is_error);
+            }
+    });
+}
+
+TEST_F(Failures, SeveralCallsFail) {
+    std::mt19937 random(11);
+    for_each_step([&](FailingStep& failing) {
+        std::set<std::string> names;
+        for (const Call& call : failing.calls) names.insert(call.name);
+        for (const std::string& name : names)
+            for (const Fault& fault : kFaults) {
+                SCOPED_TRACE(name + ", answer " + std::to_string(fault.code));
+                cases += failing.fails(FaultPlan().fail(name, FaultPlan::kEvery, fault));
+            }
+        for (std::size_t round = 0; round < 2 * failing.calls.size(); ++round) {
+            FaultPlan plan;
+            for (unsigned i = 0; i <= random() % 8; ++i) {
+                const Call& call = failing.calls[random() % failing.calls.size()];
+                plan.fail(call.name, call.nth, kFaults[random() % std::size(kFaults)]);
+            }
+            SCOPED_TRACE("round " + std::to_string(round));
+            cases += failing.fails(plan);
+        }
+    });
+}
+
+TEST_F(Failures, WhatIsNotThere) {
+    for_each_step([](FailingStep& failing) {
+        std::set<std::string> suites;
+        for (const Call& call : failing.calls) suites.insert(call.suite);
+        suites.erase("");
+        for (const std::string& suite : suites) {
+            SCOPED_TRACE(suite);
+            Life life(failing.which, {.withheld_suites = {suite}});
+            life.live_until(failing.step);
+            const Outcome outcome = life.take(failing.step);
+            EXPECT_EQ(outcome.thrown, is_wanted(suite) ? std::optional(516) : std::nullopt);
+            EXPECT_EQ(reports_of(outcome, failing.which), std::vector<std::string>{});
+        }
+        const bool updates = failing.step >= kUpdateUi && failing.step <= kRename;
+        const Outcome no_suites =
+            failing.take([](Life& l) { l.amend = [](PF_InData& in) { in.pica_basicP = nullptr; }; });
+        EXPECT_EQ(no_suites.thrown, !suites.empty() && !updates ? std::optional(516) : std::nullopt);
+        EXPECT_TRUE(failing.step == kAbout ||
+                    no_suites.message == (updates ? "Failed to release suite." : ""));
+        cases += static_cast<int>(suites.size()) + 1;
+        if (failing.step >= sequence_setdown()) return;  // with nothing to give back
+        const auto no_data = [](PF_InData& in) { in.sequence_data = in.global_data = nullptr; };
+        EXPECT_EQ(failing.take([&](Life& l) { l.amend = no_data; }).thrown, std::nullopt);
+        ++cases;
+    });
 }
 
 }  // namespace

@@ -105,13 +105,5 @@ TEST(Greying, SaysSoWhenThereIsNoSuite) {
     }
 }
 
-TEST(Greying, ErrorsOfTheHostAreSwallowed) {
-    Running running(make_composition(), {.record_calls = true});
-    running.session.set_faults(FaultPlan().fail("ParamUtils.PF_UpdateParamUI", 3, 512));
-    const Outcome outcome = running.session.send(PF_Cmd_UPDATE_PARAMS_UI);
-    EXPECT_TRUE(outcome.ok());
-    EXPECT_EQ(running.session.calls().size(), 18U);
-}
-
 }  // namespace
 }  // namespace zam::test

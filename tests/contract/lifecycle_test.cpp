@@ -60,19 +60,6 @@ TEST(LifeCycle, WorksWithoutHandleCallbacksAndWithBlocksThatMove) {
     EXPECT_EQ(moving.session.sequence_bytes(), (std::vector<std::uint8_t>{0, 0, 0, 0}));
 }
 
-TEST(LifeCycle, AFailedAllocationIsSurvived) {
-    Composition comp = make_composition();
-    Session session(
-        zam_plugin(), comp,
-        {.faults = FaultPlan().fail("Utils.host_new_handle", 1, 4).fail("Utils.host_new_handle", 2, 4)});
-    EXPECT_TRUE(session.send(PF_Cmd_GLOBAL_SETUP).ok());
-    EXPECT_EQ(session.out_data().global_data, nullptr);
-    EXPECT_TRUE(session.send(PF_Cmd_SEQUENCE_SETUP).ok());
-    EXPECT_EQ(session.out_data().sequence_data, nullptr);
-    EXPECT_TRUE(session.send(PF_Cmd_SEQUENCE_SETDOWN).ok());
-    EXPECT_TRUE(session.send(PF_Cmd_GLOBAL_SETDOWN).ok());
-}
-
 // One line of the control table; sliders give valid_max, slider_max and default, all from 0.
 struct Row {
     const char* name;

@@ -1,6 +1,7 @@
 // Which lights take part, seen in the frames: a light that a filter silences leaves the frame of a
 // composition without it.
 #include <algorithm>
+#include <cmath>
 #include <functional>
 
 #include "tests/contract/zam_fixture.h"
@@ -112,23 +113,6 @@ TEST(Lights, AreSeenAtTheFramesCompositionTime) {
     EXPECT_NE(Running(comp).render(21).argb, Running(comp).render(20).argb);
 }
 
-TEST(Camera, ALostQueryIsReportedAndDoesNotEndTheRender) {
-    for (const char* call : {"PFInterface.AEGP_GetEffectCamera", "Layer.AEGP_GetLayerToWorldXform"}) {
-        Composition comp = make_composition();
-        add_camera(comp, {32, 18, -50}, {32, 18, 0}, 50);
-        Running running(comp);
-        running.session.set_faults(FaultPlan().fail(call, 1, 1));
-        const Frame frame = running.render();
-        EXPECT_EQ(frame.outcome.error, 0) << call;
-        EXPECT_EQ(frame.outcome.message,
-                  "Could not find camera at current time.\nChoose Layer>New>Camera to create a camera.");
-        EXPECT_TRUE(frame.outcome.message_is_error);
-        EXPECT_TRUE(is_black(frame));
-    }
-    // Without a camera there is nothing to report.
-    EXPECT_TRUE(Running(two_lights()).render().outcome.ok());
-}
-
 TEST(Lights, MayHaveAScreenBoxBeyondAllWholeNumbers) {
     Composition comp = make_composition();
     add_camera(comp, {32, 18, -50}, {32, 18, 0}, 50);
@@ -166,9 +150,11 @@ TEST(Camera, ViewsOfNothingGiveAnEmptyLayer) {
         EXPECT_TRUE(is_black(frame));
         EXPECT_EQ(made_handles(running), 2);
     };
-    Composition flat = two_lights();
-    add_camera(flat, {32, 18, -50}, {32, 18, 0}, 0.0);
-    expect_nothing(Running(flat, {.record_calls = true}));
+    for (const double zoom : {0.0, std::nan("")}) {
+        Composition flat = two_lights();
+        add_camera(flat, {32, 18, -50}, {32, 18, 0}, zoom);
+        expect_nothing(Running(flat, {.record_calls = true}));
+    }
     for (const PF_RationalScale nothing : {PF_RationalScale{0, 1}, PF_RationalScale{1, 0}}) {
         for (const auto ratio :
              {&PF_InData::pixel_aspect_ratio, &PF_InData::downsample_x, &PF_InData::downsample_y}) {

@@ -49,17 +49,20 @@ TEST(SetUp, WalksTheStackOncePerLightAndOncePerCount) {
     EXPECT_EQ(count(1, 2) - count(1, 1), 23);  // the cone's two streams
 }
 
-// Stands in for the host's iterate: what was allocated until then is the set-up's.
-std::size_t allocated_at_start = 0, allocated_by_setup = 0;
+// Stands in for the host's iterate: what was allocated until then is the set-up's, what is allocated from then on the rows'.
+std::size_t allocated_at_start = 0, allocated_by_setup = 0, allocated_by_rows = 0;
 PF_UtilCallbacks utils_until_iterate;
 
-PF_Err end_of_setup(PF_InData*, A_long, A_long, PF_EffectWorld*, const PF_Rect*, void*, PF_IteratePixel8Func,
-                    PF_EffectWorld*) {
+PF_Err end_of_setup(PF_InData*, A_long, A_long, PF_EffectWorld*, const PF_Rect*, void* refcon,
+                    PF_IteratePixel8Func render_row, PF_EffectWorld*) {
     allocated_by_setup = allocations - allocated_at_start;
+    PF_Pixel row[64] = {};
+    for (A_long y = 0; y < 36; ++y) render_row(refcon, 0, y, nullptr, row);
+    allocated_by_rows = allocations - allocated_at_start - allocated_by_setup;
     return PF_Err_NONE;
 }
 
-TEST(SetUp, AllocatesNothingPerLight) {
+TEST(SetUp, AllocatesNothingPerLightAndRowsNothingAtAll) {
     const auto count = [](int points, int spots) {
         Running running(many_lights(points, spots), {.amend_in_data = [](PF_InData& in_data) {
                             utils_until_iterate = *in_data.utils;
@@ -70,6 +73,7 @@ TEST(SetUp, AllocatesNothingPerLight) {
         running.render();  // the first frame of a session may gather what later ones use
         allocated_by_setup = 0;
         EXPECT_TRUE(running.render().outcome.ok());
+        EXPECT_EQ(allocated_by_rows, 0U);
         return allocated_by_setup;
     };
     const std::size_t few = count(2, 2);

@@ -1,13 +1,16 @@
 #!/usr/bin/env python3
 """check_row_targets.py SOURCE BUILD TARGETS CMAKE...: the effect builds with every choice of the row targets that this
-processor may have (TARGETS, separated by semicolons), and holds those and no others.
+processor may have (TARGETS, separated by semicolons), and holds those and no others, each with code of its own.
 
 CMAKE... is the command that configures a build, all but its folders.
 """
 import itertools
+import pathlib
 import re
 import subprocess
 import sys
+
+import check_target_objects
 
 
 def configure(source, build, cmake, targets):
@@ -23,7 +26,10 @@ def faults_of(source, build, cmake, targets):
         return run.stdout + run.stderr
     listing = subprocess.run(["nm", "-C", build + "/Zam.so"], capture_output=True, text=True, check=True)
     held = set(re.findall(r" [tT] zam::RenderRow_(\w+)\(", listing.stdout))
-    return "" if held == {"scalar", *targets} else f"holds {sorted(held)}"
+    if held != {"scalar", *targets}:
+        return f"holds {sorted(held)}"
+    objects = [str(file) for target in targets for file in pathlib.Path(build).rglob(f"rows_{target}.*o")]
+    return check_target_objects.main(objects) and "shares code"
 
 
 def main(source, build, targets, *cmake):

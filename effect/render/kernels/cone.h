@@ -8,7 +8,14 @@
 //   c       cosSq               -        squared cosine of the half angle
 //
 // x(t) is on the double cone where A t^2 + 2 B t + C = 0 with A = k^2 - c (r.r), B = c (r.p) - k (d.p) and
-// C = (d.p)^2 - c (p.p). Half of it, the nappe behind the apex, is no part of the light.
+// C = (d.p)^2 - c (p.p). Half of it, the nappe behind the apex, is no part of the light: x(t) is on the forward one where
+// (t r - p).d = t k - d.p is not negative.
+//
+// The caps are planes across the axis, d.x = startPlane and d.x = endPlane, that the ray meets at t = plane / k. Plain, from
+// lo = 0 and hi = kFarthest, the end cap first: where k > 0 the light lies before it, hi = min(hi, end), and where k < 0
+// behind it, lo = max(lo, end); then the start cap the other way round, lo = max(lo, start) where k > 0, hi = min(hi, start)
+// where k < 0. One selection by the sign of k does both below. With a reach layer its plane is the end cap, n.x = endPlane
+// endSign, and the sign of r.n decides in place of k.
 #include "effect/render/kernels/lanes.h"
 #include "effect/render/kernels/records.h"
 
@@ -17,12 +24,17 @@ namespace zam {
 inline constexpr double kFarthest = 10000000.0;  // stands in for an end that is not there
 inline constexpr double kConeEps = 1e-05;        // absolute, on every coefficient of the quadratic
 
-// The ray's products with one spot light. Where k is 0 its reciprocal means nothing. The products are summed as they
-// stand, without fused operations: whether k is exactly 0 decides what the caps do.
+// k, summed as it stands, without fused operations: whether it is exactly 0 decides what the caps do.
+template <class V>
+[[gnu::always_inline]] inline V RayDotAxis(V rx, V ry, V rz, const Vec3& axis) {
+    return rx * axis.x + ry * axis.y + rz * axis.z;
+}
+
+// The ray's products with one spot light. Where k is 0 its reciprocal means nothing.
 template <class V>
 [[gnu::always_inline]] inline _RayOpt<V> MakeRayOpt(V rx, V ry, V rz, const _VisLightStruct& light) {
     _RayOpt<V> ray;
-    ray.rayDotAxis = rx * light.dir.x + ry * light.dir.y + rz * light.dir.z;
+    ray.rayDotAxis = RayDotAxis(rx, ry, rz, light.dir);
     ray.invRayDotAxis = Reciprocal(ray.rayDotAxis);
     ray.rayDotPos = MulAdd(rx, V(light.pos.x), MulAdd(ry, V(light.pos.y), rz * light.pos.z));
     return ray;
@@ -76,7 +88,8 @@ template <class V>
                                                         V* tNear, V* tFar) {
     const V k = ray.rayDotAxis, lo = caps.lo, hi = caps.hi;
     const auto along = k > 0.0;
-    // Behind the last point of the ray that may count, seen from the nappe behind the apex.
+    // Stands in for a root that is not on the forward nappe, which goes on without end where k > 0 and comes from there
+    // where k < 0.
     const V beyond = select(along, V(kFarthest), V(-kFarthest));
 
     const V apex_depth(opt.axisDotPos);

@@ -1,12 +1,15 @@
 #pragma once
 // Arc tangent, logarithm and power on any lane type, shaped as the formulas need them: of a quotient, with one
-// reciprocal for both. Coefficients are Chebyshev interpolations of the function over the range that is left after
-// reduction, computed in 70 digits; their error is given as a share of the function's value.
+// reciprocal for both. Coefficients are those of interpolations at the Chebyshev nodes of the range that is left after
+// reduction; elementary_test.cpp holds the functions against the C library's.
 #include "effect/render/kernels/lanes.h"
 
 namespace zam {
 
 inline constexpr double kPi = 3.141592653589793;
+
+// Together log(2); an exponent times the first is exact.
+inline constexpr double kLn2High = 0.6931471803691238, kLn2Low = 1.9082149292705877e-10;
 
 // c[first] + c[first + 1] z + ... of `terms` coefficients, with powers[n] = z^(2^n): halves are joined, so that no
 // operation waits for a long chain of others.
@@ -54,7 +57,7 @@ template <class V>
 }
 template <class V>
 [[gnu::always_inline]] inline V AngleFromQuotient(V q, V y, V x) {
-    // atan(sqrt(z)) / sqrt(z) for 0 <= z <= tan(pi/8)^2; 3.47e-17
+    // atan(sqrt(z)) / sqrt(z) for 0 <= z <= tan(pi/8)^2
     static constexpr double kAtan[] = {
         1.0,
         -0.3333333333332844,
@@ -90,7 +93,7 @@ template <class V>
     n_mantissa = select(high, 0.5 * n_mantissa, select(low, 2.0 * n_mantissa, n_mantissa));
     const V step = select(high, V(1.0), select(low, V(-1.0), V(0.0)));
     const V exponent = n_exponent - d_exponent + step;
-    // log(f) = 2 atanh(s), s = (f - 1) / (f + 1) = (n - d) / (n + d); atanh(sqrt(z)) / sqrt(z) to 1.2e-18
+    // log(f) = 2 atanh(s), s = (f - 1) / (f + 1) = (n - d) / (n + d); atanh(sqrt(z)) / sqrt(z)
     static constexpr double kAtanh[] = {
         1.0,
         0.33333333333333826,
@@ -102,16 +105,15 @@ template <class V>
         0.07404855180327638,
     };
     const V s = Quotient(n_mantissa - d_mantissa, n_mantissa + d_mantissa);
-    constexpr double kLn2High = 0.6931471803691238, kLn2Low = 1.9082149292705877e-10;
     const V fraction = 2.0 * s * Polynomial(kAtanh, s * s);
     return MulAdd(exponent, V(kLn2High), MulAdd(exponent, V(kLn2Low), fraction));
 }
 
-// v^exponent for normal v in (0, 1] and exponent > 0; 0 where the result is below the normal numbers.
+// v^exponent for normal v > 0 and exponent > 0; 0 where the result is below the normal numbers, e^708 where it is above.
 template <class V>
 [[gnu::always_inline]] inline V Power(V v, double exponent) {
-    const V power = exponent * LogOfQuotient(v, V(1.0));  // natural logarithm of the result, 0 or below
-    // exp(x) = 2^n exp(r) with |r| <= log(2) / 2; 4.2e-18
+    const V power = exponent * LogOfQuotient(v, V(1.0));  // natural logarithm of the result
+    // exp(x) = 2^n exp(r) with |r| <= log(2) / 2
     static constexpr double kExp[] = {
         1.0,
         1.0,
@@ -129,7 +131,7 @@ template <class V>
     constexpr double kLeast = -708.0;  // exp of it is a normal number
     const V x = smaller(select(power > kLeast, power, V(kLeast)), V(-kLeast));
     const V n = Floor(MulAdd(x, V(1.4426950408889634), V(0.5)));
-    const V r = NegMulAdd(n, V(1.9082149292705877e-10), NegMulAdd(n, V(0.6931471803691238), x));
+    const V r = NegMulAdd(n, V(kLn2Low), NegMulAdd(n, V(kLn2High), x));
     return select(power > kLeast, ScaleByPowerOfTwo(Polynomial(kExp, r), n), V(0.0));
 }
 

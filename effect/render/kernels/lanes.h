@@ -3,6 +3,7 @@
 // (lanes_neon.h, lanes_avx2.h ...) bring the same names, and every kernel runs on them as it stands.
 //
 // A comparison gives a mask (bool for one lane); masks combine with & | ! and choose with select.
+#include <bit>
 #include <cmath>
 #include <cstdint>
 
@@ -29,7 +30,7 @@ inline double Abs(double v) { return std::fabs(v); }
 inline double Floor(double v) { return std::floor(v); }
 
 // a * b + c and c - a * b; in one rounding where the processor can.
-inline double MulAdd(double a, double b, double c) { return a * b + c; }
+[[gnu::always_inline]] inline double MulAdd(double a, double b, double c) { return a * b + c; }
 inline double NegMulAdd(double a, double b, double c) { return c - a * b; }
 
 // n / d, 1 / v, 1 / sqrt(v) and sqrt(v), for normal numbers (positive ones under the root) to about one unit in the last
@@ -39,14 +40,16 @@ inline double Reciprocal(double v) { return 1.0 / v; }
 inline double ReciprocalRoot(double v) { return 1.0 / std::sqrt(v); }
 inline double Root(double v) { return std::sqrt(v); }
 
-// v = m * 2^e with 1/sqrt(2) <= m < sqrt(2) about; for normal positive numbers.
+// v = m * 2^e with 1 <= m < 2; for normal positive numbers.
 inline void SplitExponent(double v, double* m, double* e) {
-    int exponent = 0;
-    *m = 2.0 * std::frexp(v, &exponent);
-    *e = exponent - 1.0;
+    const auto bits = std::bit_cast<std::uint64_t>(v);
+    *m = std::bit_cast<double>((bits & 0x000FFFFFFFFFFFFF) | 0x3FF0000000000000);
+    *e = static_cast<double>(static_cast<std::int64_t>(bits >> 52) - 1023);
 }
 // v * 2^e for a whole e within the exponents of normal numbers.
-inline double ScaleByPowerOfTwo(double v, double e) { return std::ldexp(v, static_cast<int>(e)); }
+inline double ScaleByPowerOfTwo(double v, double e) {
+    return v * std::bit_cast<double>(static_cast<std::uint64_t>(static_cast<std::int64_t>(e) + 1023) << 52);
+}
 
 // The whole parts of four numbers from 0 to 65535 in one word, `first` lowest, `bits` apart; one word per lane.
 inline void StorePacked(std::uint64_t* to, double first, double second, double third, double fourth,

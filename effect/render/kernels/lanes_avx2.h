@@ -14,9 +14,9 @@ struct F64x4 {
 };
 struct Mask4 {
     __m256d m;  // all bits of a lane, or none
-    friend Mask4 operator&(Mask4 a, Mask4 b) { return {_mm256_and_pd(a.m, b.m)}; }
-    friend Mask4 operator|(Mask4 a, Mask4 b) { return {_mm256_or_pd(a.m, b.m)}; }
-    friend Mask4 operator!(Mask4 a) {
+    [[gnu::always_inline]] friend Mask4 operator&(Mask4 a, Mask4 b) { return {_mm256_and_pd(a.m, b.m)}; }
+    [[gnu::always_inline]] friend Mask4 operator|(Mask4 a, Mask4 b) { return {_mm256_or_pd(a.m, b.m)}; }
+    [[gnu::always_inline]] friend Mask4 operator!(Mask4 a) {
         return {_mm256_xor_pd(a.m, _mm256_castsi256_pd(_mm256_set1_epi64x(-1)))};
     }
 };

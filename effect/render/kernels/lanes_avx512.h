@@ -14,9 +14,9 @@ struct F64x8 {
 };
 struct Mask8 {
     __mmask8 m;
-    friend Mask8 operator&(Mask8 a, Mask8 b) { return {_kand_mask8(a.m, b.m)}; }
-    friend Mask8 operator|(Mask8 a, Mask8 b) { return {_kor_mask8(a.m, b.m)}; }
-    friend Mask8 operator!(Mask8 a) { return {_knot_mask8(a.m)}; }
+    [[gnu::always_inline]] friend Mask8 operator&(Mask8 a, Mask8 b) { return {_kand_mask8(a.m, b.m)}; }
+    [[gnu::always_inline]] friend Mask8 operator|(Mask8 a, Mask8 b) { return {_kor_mask8(a.m, b.m)}; }
+    [[gnu::always_inline]] friend Mask8 operator!(Mask8 a) { return {_knot_mask8(a.m)}; }
 };
 
 [[gnu::always_inline]] inline F64x8 operator+(F64x8 a, F64x8 b) { return _mm512_add_pd(a.v, b.v); }

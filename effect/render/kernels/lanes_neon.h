@@ -14,9 +14,11 @@ struct F64x2 {
 };
 struct Mask2 {
     uint64x2_t m;  // all bits of a lane, or none
-    friend Mask2 operator&(Mask2 a, Mask2 b) { return {vandq_u64(a.m, b.m)}; }
-    friend Mask2 operator|(Mask2 a, Mask2 b) { return {vorrq_u64(a.m, b.m)}; }
-    friend Mask2 operator!(Mask2 a) { return {veorq_u64(a.m, vdupq_n_u64(~std::uint64_t{0}))}; }
+    [[gnu::always_inline]] friend Mask2 operator&(Mask2 a, Mask2 b) { return {vandq_u64(a.m, b.m)}; }
+    [[gnu::always_inline]] friend Mask2 operator|(Mask2 a, Mask2 b) { return {vorrq_u64(a.m, b.m)}; }
+    [[gnu::always_inline]] friend Mask2 operator!(Mask2 a) {
+        return {veorq_u64(a.m, vdupq_n_u64(~std::uint64_t{0}))};
+    }
 };
 
 [[gnu::always_inline]] inline F64x2 operator+(F64x2 a, F64x2 b) { return vaddq_f64(a.v, b.v); }

@@ -39,7 +39,7 @@ template <bool kFar, class V>
     if constexpr (!kFar) return rho_sq;
     return select(rho_sq > 0.0, rho_sq, a * V(settings.softKSq));
 }
-// Up to here p.p + k^2 leaves k^2 more than enough digits.
+// Up to this many k^2, p.p + k^2 = softDenominator / 4 is far enough from 2^53 k^2 for rho^2 not to be lost.
 inline constexpr double kFarSquare = 1e12;
 
 // Length in t of the ray's part inside a sphere around the light, in front of the camera; 0 on a miss or a touch.

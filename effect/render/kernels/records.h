@@ -44,7 +44,8 @@ struct _OptSpotData {
     double cosOuter = 0.0, cosOuterSq = 0.0;  // of half the cone angle
     double cosInner = 0.0, cosInnerSq = 0.0;  // of the half angle less the feather
     double distSq = 0.0, dist = 0.0;          // p.p and its root
-    double axisDotPos = 0.0;                  // d.p
+    double softening = 1.0;   // added to squared distances; more than rounding takes from those of far lights
+    double axisDotPos = 0.0;  // d.p
     double coneCOuter = 0.0,
            coneCInner = 0.0;  // (d.p)^2 - cos^2 * p.p, the constant term of each cone's quadratic
     // Where the cone's edge is refined, in pixels; empty (left right of right) for an apex behind the camera.

@@ -2,15 +2,9 @@
 // Smooth silhouettes: near a cone's edge the ray is cast again at sub-pixel offsets across the projected axis, and the
 // stretches are blended into one.
 #include "effect/render/kernels/cone.h"
+#include "effect/render/kernels/rays.h"
 
 namespace zam {
-
-// How a pixel becomes a ray: ((x - width / 2) * scaleX * scale, (y - height / 2) * scaleY * scale, 1).
-struct PixelRays {
-    double scale = 0.0, scaleX = 0.0,
-           scaleY = 0.0;        // 1 / zoom, pixel aspect / downsample x, 1 / downsample y
-    int width = 0, height = 0;  // of the picture
-};
 
 // A ray beside the pixel's own, with all that does not depend on which of the light's cones it is cast at.
 template <class V>
@@ -26,8 +20,8 @@ template <class V>
                                                          V py, double ox, double oy) {
     const V one(1.0);
     SampleRay<V> s;
-    s.rx = (px + ox - rays.width * 0.5) * rays.scaleX * rays.scale;
-    s.ry = (py + oy - rays.height * 0.5) * rays.scaleY * rays.scale;
+    s.rx = RayX(rays, px + ox);
+    s.ry = RayY(rays, py + oy);
     s.rr = s.rx * s.rx + s.ry * s.ry + 1.0;
     s.products = MakeRayOpt(s.rx, s.ry, one, light);
     s.caps = IntersectCaps(spot, light, opt, s.products, s.rx, s.ry, one);

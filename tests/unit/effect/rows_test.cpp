@@ -247,6 +247,16 @@ TEST_F(RowsTest, DegenerateRays) {
     EXPECT_GT(lit_, 50000);
 }
 
+// Many blocks, and more spots than have their columns kept for the row.
+TEST_F(RowsTest, WideRowsWithManySpots) {
+    test::Random random(9);
+    Scene scene;
+    scene.spots.model = 2;
+    literal::AddSpots(random, 300, Cones::typical, 0.5, &scene);
+    Compare(Frame(literal::Resized(scene, 30000, 3)), 1, "30000 pixels, 300 spots");
+    EXPECT_GT(lit_, 100000);
+}
+
 // Points so far away that rounding takes all of the glow's width from it, seen through pixels that hit them.
 TEST_F(RowsTest, FarPoints) {
     const double far = 1 << 30;

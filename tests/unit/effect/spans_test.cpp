@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/counted/work.h"
 #include "tests/literal/literal_renderer.h"
 #include "tests/literal/random_frame.h"
 
@@ -69,45 +70,40 @@ TEST(Spans, HoldEveryLitColumn) {
     EXPECT_GT(lit_rows, 10000);
 }
 
-// Work, not time: how many pixels are looked at.
-TEST(Spans, LookAtLittleMoreThanTheLight) {
-    Scene scene;
-    scene.width = 1920;
-    scene.height = 1080;
-    scene.zoom = 2000;
-    scene.points.model = 3;
-    scene.spots.model = 1;
-    _VisLightStruct ball;
-    ball.pos = {300, 100, 2000};
-    ball.radius = 40;
-    ball.intensity = 1;
-    scene.point_lights.push_back(ball);
+// The roots that a picture takes beyond the one of each pixel's ray. The look must take none itself.
+long roots_of_lights(const Scene& scene, A_long step) {
     const literal::Frame frame(scene);
-    long looked_at = 0;
-    for (A_long y = 0; y < 1080; ++y) {
-        const Columns columns = SphereColumns(frame.data(), ball.pos, ball.radius, y);
-        looked_at += std::max(0, columns.end - columns.first);
+    std::vector<PF_Pixel16> row(static_cast<std::size_t>(scene.width));
+    Work work;
+    for (A_long y = 0; y < scene.height; y += step) {
+        CountRow(frame.data(), y, reinterpret_cast<PF_Pixel*>(row.data()), &work);
+        work.roots -= scene.width;
     }
+    return work.roots + work.inverse_roots;
+}
+
+// Work, not time: what the renderer computes for pixels that a light cannot reach.
+TEST(Spans, LeaveLittleWorkBesideTheLight) {
+    Scene ball;
+    ball.look = Look::linear;
+    ball.points.model = static_cast<std::int32_t>(PointModel::radius);
+    ball.point_lights.emplace_back();
+    ball.point_lights[0].pos = {300, 100, 2000};
+    ball.point_lights[0].radius = 40;
+    ball.point_lights[0].intensity = 1;
     const double area = kPi * 40 * 40;
-    EXPECT_GT(looked_at, area);
-    EXPECT_LT(looked_at, area + 81 * 5);
+    const long roots = roots_of_lights(ball, 1);
+    EXPECT_GT(roots, area);
+    EXPECT_LT(roots, area + 81 * 5);
 
     test::Random random(42);
-    long outside = 0;
-    for (int i = 0; i < 64; ++i) {
-        Scene beam = scene;
-        beam.points.model = 1;
-        beam.spots.model = 2;
-        beam.point_lights.clear();
-        beam.boxes = literal::Boxes::nowhere;
-        beam.spot_lights.push_back(literal::RandomSpot(random, Cones::outside, 0.5));
-        const literal::Frame picture(beam);
-        for (A_long y = 0; y < 1080; y += 10) {
-            const Columns columns = SpotColumns(picture.data(), 0, y);
-            outside += std::max(0, columns.end - columns.first);
-        }
-    }
-    EXPECT_LT(outside, 64 * 108 * 1920 / 50) << "pixels looked at for lights outside the picture: over 2 %";
+    Scene beams;
+    beams.look = Look::linear;
+    beams.boxes = literal::Boxes::nowhere;
+    beams.spots.model = static_cast<std::int32_t>(SpotModel::natural);
+    literal::AddSpots(random, 64, Cones::outside, 0.5, &beams);
+    // A root for either cone.
+    EXPECT_LT(roots_of_lights(beams, 10) / 2, 64 * 108 * 1920 / 50) << "over 2 % of the pixels outside";
 }
 
 }  // namespace

@@ -47,6 +47,9 @@ def tables(text):
     for section in re.split(r"^## ", text, flags=re.M)[1:]:
         heading, body = section.split("\n", 1)
         lines = [[cell.strip() for cell in line.strip("|").split("|")] for line in body.splitlines() if line.startswith("|")]
+        loose = re.search(r"\n\n(\|.*)\n(?!\|---)", "\n" + body)
+        if loose:
+            sys.exit(f"{heading}: a row without its table: {loose[1]}")
         if lines and lines[0][0] == "Key":
             found[heading] = [dict(zip(lines[0], row)) for row in lines[2:]]
     return found

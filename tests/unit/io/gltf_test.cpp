@@ -146,6 +146,7 @@ TEST(Gltf, LightValuesAndOptions) {
     EXPECT_THAT(scene.warnings,
                 testing::ElementsAre(HasSubstr("orthographic cameras are left out: \"Flat\"")));
     EXPECT_THAT(scene.notes, testing::ElementsAre(HasSubstr("\"L1\" with 200 cd; --light-scale 200 keeps it"),
+                                                  HasSubstr("1 of 4 lights never reach 2 %"),
                                                   HasSubstr("camera \"Wide\" was made for")));
     EXPECT_EQ(scene.composition.layers[5].name, "Wide");
     EXPECT_EQ(scene.composition.layers[0].id, scene.composition.effect.layer);

@@ -8,7 +8,6 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <unistd.h>
-#include <zlib.h>
 
 #include <cmath>
 #include <csignal>
@@ -16,7 +15,6 @@
 #include <fstream>
 #include <iterator>
 
-#include "io/images/deflate.h"
 #include "io/images/png_reader.h"
 #include "io/images/samples.h"
 #include "io/images/write_image.h"
@@ -252,32 +250,6 @@ TEST_F(Images, PicturesThatCannotBeReadAreToldOf) {
             FAIL() << name;
         } catch (const SceneError& error) {
             EXPECT_THAT(error.what(), testing::HasSubstr(name + ": "));
-        }
-    }
-}
-
-// Streams shorter than the compressor looks ahead, as long, and longer; one after the other, whole and in pieces.
-TEST(Deflater, GivesBackEveryLengthInPiecesOfAnySize) {
-    Deflater deflater;
-    for (const std::size_t piece : {1U, 17U, 288U, 289U, 290U, 100000U}) {
-        for (const std::size_t length : {0U, 1U, 17U, 288U, 289U, 290U, 700U, 70001U}) {
-            std::vector<std::uint8_t> plain(length), packed;
-            for (std::size_t i = 0; i < length; ++i)
-                plain[i] = static_cast<std::uint8_t>(i % 97 < 60 ? 128 : i * i / 7);
-            std::size_t at = 0;
-            do {
-                const std::size_t taken = std::min(piece, length - at);
-                ASSERT_TRUE(deflater.add({plain.data() + at, taken}, at + taken == length, [&](auto bytes) {
-                    return packed.insert(packed.end(), bytes.begin(), bytes.end()), true;
-                }));
-                at += taken;
-            } while (at < length);
-            std::vector<std::uint8_t> read(length + 1);
-            uLongf got = read.size();
-            ASSERT_EQ(uncompress(read.data(), &got, packed.data(), packed.size()), Z_OK)
-                << length << " by " << piece;
-            read.resize(got);
-            EXPECT_EQ(read, plain) << length << " by " << piece;
         }
     }
 }

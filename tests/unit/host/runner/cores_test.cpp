@@ -25,6 +25,14 @@ TEST(Cores, TheTightestGroupOnTheWayCounts) {
     EXPECT_EQ(granted_cores(root, membership), 2.5);
     EXPECT_EQ(granted_cores(root, "0::/\n"), std::nullopt) << "of groups that it is not in";
     EXPECT_EQ(granted_cores(root, "9:cpu:/farm/job\n"), std::nullopt);
+    // The older version: a hierarchy for each controller, and -1 for no limit.
+    fs::create_directories(root / "cpu,cpuacct/job");
+    const std::string older = "4:cpu,cpuacct:/job\n3:memory:/farm\n";
+    std::ofstream(root / "cpu,cpuacct/job/cpu.cfs_quota_us") << "-1\n";
+    std::ofstream(root / "cpu,cpuacct/job/cpu.cfs_period_us") << "100000\n";
+    EXPECT_EQ(granted_cores(root, older), std::nullopt);
+    std::ofstream(root / "cpu,cpuacct/job/cpu.cfs_quota_us") << "150000\n";
+    EXPECT_EQ(granted_cores(root, older), 1.5);
     fs::remove_all(root);
 }
 

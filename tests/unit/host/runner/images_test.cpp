@@ -10,9 +10,9 @@ using ::testing::Each;
 
 class ImagesTest : public Bench {
   protected:
-    void prepare(int width, int height, bool deep) {
+    void prepare(int width, int height, bool deep, const RowLayout& layout = {}) {
         begin(PF_Cmd_RENDER, 0);
-        in.output.prepare(width, height, deep, {1, 1}, kDirtyByte);
+        in.output.prepare(width, height, deep, {1, 1}, kDirtyByte, layout);
         in.output_world = in.output.interface_world(true);
     }
     // The code of one channel at a pixel.
@@ -27,7 +27,8 @@ TEST_F(ImagesTest, FillKeepsToItsAreaAndUsesTheScaleOfTheDepth) {
     const PF_Pixel color{255, 0, 1, 128};
     const PF_Rect area{2, -5, 900, 2};  // clipped to the image
     for (const bool deep : {false, true}) {
-        prepare(5, 4, deep);
+        prepare(5, 4, deep, {.padding = deep ? 0 : 100, .bottom_up = deep});
+        EXPECT_EQ(in.output_world.rowbytes, deep ? -40 : 120);
         EXPECT_EQ(utils.fill(effect_ref, &color, &area, &in.output_world), 0);
         const int dirty = deep ? 0xA5A5 : 0xA5;
         EXPECT_EQ(at(1, 0, 0), dirty);

@@ -177,6 +177,13 @@ TEST_F(MisuseTest, TheProjectStandsStillWhileAFrameIsRendered) {
     EXPECT_EQ(in.ledger.end().size(), 3U);
 }
 
+// Writes where nobody may, which a sanitizer would stop; what was there.
+__attribute__((no_sanitize_address)) char overwrite(char* place) {
+    const char before = *place;
+    *place = 'x';
+    return before;
+}
+
 TEST_F(MisuseTest, BlocksMoveAtTheirLastUnlockAndStrayWritesAreSeen) {
     in.memory.move_when_unlocked(true);
     const PF_Handle handle = utils.host_new_handle(8);
@@ -187,13 +194,15 @@ TEST_F(MisuseTest, BlocksMoveAtTheirLastUnlockAndStrayWritesAreSeen) {
     EXPECT_EQ(*handle, block);  // still locked once
     utils.host_unlock_handle(handle);
     EXPECT_NE(*handle, block);
-    EXPECT_NE(block[3], 77);  // what is left there is not the data
+    EXPECT_NE(overwrite(block + 3), 77);  // what is left there is not the data
     block = static_cast<char*>(utils.host_lock_handle(handle));
     EXPECT_EQ(block[3], 77);
     block[8] = 1;
     utils.host_dispose_handle(handle);  // legal while locked
+    in.memory.balance({});
     EXPECT_EQ(in.ledger.end(),
-              Reports{"write past the end of a handle's block of 8 bytes, seen at its disposal"});
+              (Reports{"write past the end of a handle's block of 8 bytes, seen at its disposal",
+                       "write to a handle's block after it moved, seen after PF_Cmd_UPDATE_PARAMS_UI"}));
 }
 
 TEST_F(MisuseTest, WhatIsKeptIsChargedOnceAndNeverHidesAnEarlierReport) {
@@ -226,6 +235,35 @@ TEST_F(MisuseTest, PlannedFaultsHitTheNthCallOfThatName) {
     EXPECT_EQ(in.log.names(),
               (Reports{"Layer.AEGP_GetCompNumLayers", "Layer.AEGP_GetCompNumLayers",
                        "Layer.AEGP_GetCompNumLayers", "Utils.host_new_handle", "Utils.host_new_handle"}));
+}
+
+TEST_F(MisuseTest, PlannedFaultsSpoilResults) {
+    using Results = Fault::Results;
+    in.set_faults(FaultPlan()
+                      .fail("Layer.AEGP_GetCompNumLayers", FaultPlan::kEvery, {77, Results::rubbish, 0x11})
+                      .fail("Layer.AEGP_GetCompLayerByIndex", 1, {0, Results::null})
+                      .fail("Layer.AEGP_GetLayerName", 1, {0, Results::wrong, 'x'})
+                      .fail("Stream.AEGP_GetNewLayerStream", 1, {0, Results::null})
+                      .fail("Layer.AEGP_SetLayerName", 1, {77, Results::rubbish}));
+    A_long count = 0;
+    EXPECT_EQ(layers.AEGP_GetCompNumLayers(comp, &count), 77);
+    EXPECT_EQ(layers.AEGP_GetCompNumLayers(comp, &count), 77);
+    EXPECT_EQ(count, 0x11111111);
+    AEGP_LayerH layer = handle(kWall);
+    EXPECT_EQ(layers.AEGP_GetCompLayerByIndex(comp, 0, &layer), 0);
+    EXPECT_EQ(layer, nullptr);
+    EXPECT_EQ(layers.AEGP_GetCompLayerByIndex(comp, 0, &layer), 0);
+    EXPECT_NE(layer, nullptr);
+    char own[AEGP_MAX_LAYER_NAME_SIZE] = {};
+    EXPECT_EQ(layers.AEGP_GetLayerName(layer, own, nullptr), 0);
+    EXPECT_EQ(std::string(own, sizeof own), std::string(sizeof own, 'x'));
+    AEGP_StreamRefH stream = nullptr;
+    EXPECT_EQ(kStreamSuite4.AEGP_GetNewLayerStream(0, layer, 1, &stream), 0);
+    EXPECT_EQ(stream, nullptr);
+    EXPECT_EQ(layers.AEGP_SetLayerName(handle(kWall), "done all the same"), 77);
+    EXPECT_EQ(composition.find_layer(kWall)->name, "done all the same");
+    EXPECT_EQ(in.log.faults_met(), 6);
+    EXPECT_EQ(in.ledger.end(), Reports{});
 }
 
 TEST_F(MisuseTest, AnEffectIsNotChargedForACallThatWasMadeToFail) {
