@@ -3,7 +3,7 @@ JOBS ?= $(shell nproc)
 OUT ?= out
 FUZZ_SECONDS ?= 60
 
-.PHONY: help demo test test-arm64 test-farm windows test-windows macos-linux package bench bench-road sanitize fuzz \
+.PHONY: help demo test test-arm64 test-farm windows test-windows macos-linux package bench bench-road sanitize fuzz mutants \
         manual format-check format setup-build setup-test setup-sanitize setup-farm release clean
 
 help:
@@ -19,6 +19,7 @@ help:
 	@echo "make bench-road    measure the program from scene to files, stage by stage"
 	@echo "make sanitize      the same tests under the address and undefined-behaviour sanitizers"
 	@echo "make fuzz          hostile files and command lines for every reader, FUZZ_SECONDS ($(FUZZ_SECONDS)) each"
+	@echo "make mutants       do the tests notice a hundred small slips in the sources? A quarter of an hour and more"
 	@echo "make manual        weave the controls into docs/manual.md and docs/presets.md, and redraw their pictures"
 	@echo "make format-check  are all sources laid out as .clang-format says?"
 
@@ -73,6 +74,9 @@ fuzz: setup-sanitize
 	cmake --preset asan
 	cmake --build --preset fuzz -j $(JOBS)
 	tests/fuzz/run.sh build/asan/tests/fuzz $(FUZZ_SECONDS)
+
+mutants: setup-test
+	tests/mutation/mutate.py -j $(JOBS)
 
 release:
 	cmake --preset release -DZAM_TESTS=OFF
