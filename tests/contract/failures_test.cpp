@@ -149,6 +149,14 @@ TEST(Failures, NoBasicSuiteEndsARenderTheSameWay) {
     EXPECT_TRUE(session.send(PF_Cmd_GLOBAL_SETDOWN).ok());
 }
 
+TEST(Failures, ASuiteOfNothingIsAMissingOne) {
+    SPBasicSuite hollow{};
+    hollow.AcquireSuite = [](const char*, int32, const void**) { return SPErr{0}; };
+    hollow.ReleaseSuite = [](const char*, int32) { return SPErr{0}; };
+    Running running(rich_composition(), {.amend_in_data = [&](PF_InData& in) { in.pica_basicP = &hollow; }});
+    EXPECT_EQ(running.render().outcome.thrown, std::optional<int>(516));
+}
+
 TEST(Failures, ACancelledFrameIsPassedOn) {
     RichSession running;
     running.session.set_faults(FaultPlan().fail("Utils.iterate", 1, PF_Interrupt_CANCEL));

@@ -91,6 +91,7 @@ TEST(Queries, CameraIsReadAtCompositionTime) {
 
 TEST(Queries, LightsAreCountedAndDescribed) {
     Composition comp = make_composition();
+    add_point(comp, {1, 2, 3}, "Second point");  // by its name the topmost is found
     add_point(comp, {7, 8, 9}, "Second point");
     add_point(comp, {4, 5, 6}, "First point").light.color = Color{0.1, 0.2, 0.3};
     Layer& spot = add_spot(comp, {10, 20, 30}, {10, 20, 130}, "Spot");
@@ -102,7 +103,7 @@ TEST(Queries, LightsAreCountedAndDescribed) {
     Running running(comp);
     running.session.call_inside(0, [&](PF_InData* in, PF_OutData*) {
         auto* count = exported<int(PF_InData*, int)>("GetNoLights");
-        EXPECT_EQ(count(in, AEGP_LightType_POINT), 2);
+        EXPECT_EQ(count(in, AEGP_LightType_POINT), 3);
         EXPECT_EQ(count(in, AEGP_LightType_SPOT), 1);
         EXPECT_EQ(count(in, AEGP_LightType_PARALLEL), 0);
         // pos, dir, colour, cone angle, feather, intensity, shadow darkness, shadow diffusion
@@ -141,6 +142,7 @@ TEST(Queries, LightsAreCountedAndDescribed) {
         EXPECT_EQ(type, AEGP_LightType_SPOT);
         EXPECT_EQ(position[1], 20.0F);
         EXPECT_EQ(axes[8], 1.0F);
+        EXPECT_FLOAT_EQ(angle, 1.0471976F);
         EXPECT_EQ(feather, 0.25F);
         return 0;
     });

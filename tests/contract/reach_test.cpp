@@ -189,6 +189,7 @@ TEST(Reach, OlderHostsLookAfterTheLightOnEveryCall) {
 
 TEST(Reach, WithoutALightTheConesEndAtTheirReach) {
     Running plain(with_wall()), active(with_wall());
+    for (Running* running : {&plain, &active}) running->set("Reach", 20);
     active.set("Reach Comp Layer", 1);
     EXPECT_EQ(active.render().argb, plain.render().argb);
 }

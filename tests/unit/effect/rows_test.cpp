@@ -283,5 +283,26 @@ TEST_F(RowsTest, LostPowers) {
     EXPECT_EQ(lit_, 0);
 }
 
+// Light so strong that its square is infinite, and no number where its colour has nothing of it.
+TEST_F(RowsTest, InfiniteLight) {
+    test::Random random(9);
+    for (const bool deep : {false, true}) {
+        for (const Look look : {Look::weak, Look::natural, Look::adjustable_natural}) {
+            Scene scene;
+            scene.width = 37;
+            scene.height = 2;
+            scene.deep = deep;
+            scene.look = look;
+            scene.points.model = 2;
+            literal::AddPoints(random, 1, &scene);
+            scene.point_lights[0].color = {0.0, 1.0, 0.5};
+            scene.point_lights[0].intensity = 1e200;
+            const Frame frame(scene);
+            for (A_long y = 0; y < scene.height; ++y) Compare(frame, y, "intensity 1e200");
+        }
+    }
+    EXPECT_GT(lit_, 0);
+}
+
 }  // namespace
 }  // namespace zam
