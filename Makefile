@@ -19,7 +19,7 @@ help:
 	@echo "make bench-road    measure the program from scene to files, stage by stage"
 	@echo "make sanitize      the same tests under the address and undefined-behaviour sanitizers"
 	@echo "make fuzz          hostile files and command lines for every reader, FUZZ_SECONDS ($(FUZZ_SECONDS)) each"
-	@echo "make mutants       do the tests notice a hundred small slips in the sources? A quarter of an hour and more"
+	@echo "make mutants       do the tests notice a hundred small slips in the sources? Ten minutes"
 	@echo "make manual        weave the controls into docs/manual.md and docs/presets.md, and redraw their pictures"
 	@echo "make format-check  are all sources laid out as .clang-format says?"
 

@@ -5,8 +5,8 @@
     mutate.py --check                        only: does the table still fit the sources?
 
 A slip is killed when a test fails, crashes or does not come to an end. The copy, its build and the output of the tests
-that killed are in build/mutation. Exit code 1 when a slip survives or does not build, 2 when the table is stale or the
-tests fail without a slip.
+that killed are in build/mutation. Exit code 1 when a slip survives or does not build, 2 when there is nothing to try: the
+table is stale, or the tests fail without a slip.
 """
 import argparse
 import collections
@@ -43,12 +43,12 @@ FLAGS = ["-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release", "-DCMAKE_CXX_FLAGS_RELEASE
 
 def stale_rows(slips):
     """What is wrong with the table, a sentence each."""
-    names = collections.Counter(slip["name"] for slip in slips)
+    for name, count in collections.Counter(slip["name"] for slip in slips).items():
+        if count > 1:
+            yield f"{name}: {count} slips have this name"
     for slip in slips:
         path, name = ROOT / slip["file"], slip["name"]
         found = path.read_text().count(slip["old"]) if path.is_file() else None
-        if names[name] > 1:
-            yield f"{name}: {names[name]} slips have this name"
         if found is None:
             yield f"{name}: there is no {slip['file']}"
         elif found != 1:
@@ -227,7 +227,8 @@ def main():
         return
     slips = [slip for slip in slips if not given.names or any(name in slip["name"] for name in given.names)]
     if not slips:
-        sys.exit(f"no slip of {TABLE.relative_to(ROOT)} has such a name")
+        print(f"no slip of {TABLE.relative_to(ROOT)} has such a name")
+        sys.exit(2)
 
     tests = prepare(given.jobs)
     print(f"{len(tests)} tests pass without a slip", flush=True)
