@@ -7,7 +7,7 @@ SOAK_KILLS ?= 100
 SOAK_SCENES ?= 18000
 
 .PHONY: help demo test test-arm64 test-farm windows test-windows macos-linux package bench bench-road sanitize \
-        sanitize-threads soak fuzz manual format-check format setup-build setup-test setup-sanitize setup-farm release clean
+        sanitize-threads soak fuzz mutants manual format-check format setup-build setup-test setup-sanitize setup-farm release clean
 
 help:
 	@echo "make demo          install what it needs, build, render two real scenes to $(OUT)/"
@@ -24,6 +24,7 @@ help:
 	@echo "make sanitize-threads  all that uses threads, under the thread sanitizer"
 	@echo "make soak          that, $(SOAK_FRAMES) frames in one process, $(SOAK_SCENES) wild scenes, $(SOAK_KILLS) killed runs"
 	@echo "make fuzz          hostile files and command lines for every reader, FUZZ_SECONDS ($(FUZZ_SECONDS)) each"
+	@echo "make mutants       do the tests notice a hundred small slips in the sources? Ten minutes"
 	@echo "make manual        weave the controls into docs/manual.md and docs/presets.md, and redraw their pictures"
 	@echo "make format-check  are all sources laid out as .clang-format says?"
 
@@ -91,6 +92,9 @@ fuzz: setup-sanitize
 	cmake --preset asan
 	cmake --build --preset fuzz -j $(JOBS)
 	tests/fuzz/run.sh build/asan/tests/fuzz $(FUZZ_SECONDS)
+
+mutants: setup-test
+	tests/mutation/mutate.py -j $(JOBS)
 
 release:
 	cmake --preset release -DZAM_TESTS=OFF

@@ -1,6 +1,8 @@
 """zam check: every broken plug-in fails the check that it was made for, and no file does the program harm.
 
-    check_test.py PROGRAM PLUGIN BROKEN_PLUGINS
+    check_test.py PLUGIN BROKEN_PLUGINS PROGRAM...
+
+PROGRAM may be several words: an emulator, and the program.
 """
 
 import json
@@ -12,7 +14,8 @@ import sys
 import tempfile
 import unittest
 
-PROGRAM, PLUGIN, BROKEN = sys.argv[1], pathlib.Path(sys.argv[2]), pathlib.Path(sys.argv[3])
+PLUGIN, BROKEN, PROGRAM = pathlib.Path(sys.argv[1]), pathlib.Path(sys.argv[2]), sys.argv[3:]
+WINDOWS = PROGRAM[-1].endswith(".exe")  # where libraries hold their property resource, and the broken ones have none
 
 # The checks that a plug-in fails, all of them.
 FAILS = {
@@ -43,7 +46,7 @@ FAILS = {
 
 
 def check(file, *options):
-    done = subprocess.run([PROGRAM, "check", "--json", *options, str(file)], capture_output=True, text=True,
+    done = subprocess.run([*PROGRAM, "check", "--json", *options, str(file)], capture_output=True, text=True,
                           timeout=300)
     assert done.returncode in (0, 4), (file, done.returncode, done.stderr)
     result = json.loads(done.stdout)
@@ -52,7 +55,8 @@ def check(file, *options):
 
 
 def failed(checks):
-    return [name for name, each in checks.items() if each["result"] == "failed"]
+    return [name for name, each in checks.items()
+            if each["result"] == "failed" and not (WINDOWS and name == "property-list")]
 
 
 class CheckTest(unittest.TestCase):
@@ -82,6 +86,7 @@ class CheckTest(unittest.TestCase):
         self.assertEqual(details["hangs"], "still busy after 1 s in PF_Cmd_GLOBAL_SETUP")
         self.assertIn("A Suite of Dreams", check(BROKEN / "wants_suite.so")["commands"]["details"][0])
 
+    @unittest.skipIf(WINDOWS, "no property resource stands beside a library there")
     def test_words_of_another_effect_differ(self):
         shutil.copy(BROKEN / "sound.so", self.folder / "sound.so")
         shutil.copy(PLUGIN.with_suffix(".rsrc"), self.folder / "sound.rsrc")
@@ -97,6 +102,8 @@ class CheckTest(unittest.TestCase):
         for file, wanted in ((self.folder / "nowhere.so", "file"), (self.folder / "text.so", "library"),
                              (self.folder / "empty.aex", "library"), (self.folder / "Folder.plugin", "bundle"),
                              (pathlib.Path("/dev/null"), "file")):
+            if WINDOWS and file.name == "null":
+                continue
             self.assertEqual(failed(check(file)), [wanted], file)
 
     def test_damaged_libraries(self):
@@ -106,7 +113,7 @@ class CheckTest(unittest.TestCase):
             file.write_bytes(whole[:size])
             check(file)
         dice = random.Random(5)
-        for _ in range(20):
+        for _ in range(5 if WINDOWS else 20):
             damaged = bytearray(whole)
             for _ in range(10):
                 damaged[dice.randrange(64 if dice.random() < 0.5 else 1024)] = dice.randrange(256)

@@ -1,4 +1,4 @@
-// Frames as a whole: resolutions, sizes.
+// Frames as a whole: sizes, many lights.
 #include "tests/contract/zam_fixture.h"
 
 namespace zam::test {
@@ -19,31 +19,21 @@ Composition mixed_lights(int width, int height) {
     return comp;
 }
 
-TEST(Frames, HalfResolutionTakesEverySecondPixel) {
-    Composition comp = mixed_lights(96, 54);
-    Running running(comp);
-    running.set("Spot Light Model",
-                3);  // without the natural model's refinement, which is one of output pixels
-    const Frame full = running.render(0, {.depth = Depth::bits16});
-    const Frame half = running.render(0, {Depth::bits16, {1, 2}, {1, 2}});
-    ASSERT_EQ(half.width, 48);
-    ASSERT_EQ(half.height, 27);
-    for (std::size_t y = 0; y < 27; ++y) {
-        for (std::size_t x = 0; x < 48 * 4; ++x) {
-            const std::size_t channel = x % 4, from = (2 * y * 96 + 2 * (x / 4)) * 4 + channel;
-            ASSERT_NEAR(half.argb[y * 48 * 4 + x], full.argb[from], 1) << x << " " << y;
-        }
-    }
-    // A quarter across and half down.
-    const Frame thin = running.render(0, {Depth::bits16, {1, 4}, {1, 2}});
-    EXPECT_EQ(thin.width, 24);
-    EXPECT_NEAR(thin.argb[(13 * 24 + 12) * 4], full.argb[(26 * 96 + 48) * 4], 1);
-}
-
 TEST(Frames, NoLightsLeaveThemClear) {
     for (const Depth depth : {Depth::bits8, Depth::bits16}) {
         EXPECT_TRUE(is_black(Running(make_composition()).render(0, {.depth = depth})));
     }
+}
+
+TEST(Frames, HoldHundredsOfSpots) {
+    Composition few = make_composition();
+    add_camera(few, {32, 18, -50}, {32, 18, 0}, 50);
+    add_spot(few, {10, 5, 20}, {50, 30, 30});
+    const Frame expected = Running(few).render();
+    EXPECT_FALSE(is_black(expected));
+    // The first that a row does not keep the columns of.
+    for (int i = 0; i < 256; ++i) add_spot(few, {32, 18, -60}, {32, 18, -90}, "Behind the camera");
+    EXPECT_EQ(Running(few).render().argb, expected.argb);
 }
 
 TEST(Frames, AnyWidthWorks) {

@@ -16,15 +16,12 @@ struct Golden {
     const char* scene;
     double frame;
     Depth depth;
-    int divisor;  // of the resolution
+    Ratio across, down;  // the resolution
 
-    [[nodiscard]] RenderSettings settings() const {
-        const Ratio down{1, static_cast<std::uint32_t>(divisor)};
-        return {depth, down, down};
-    }
+    [[nodiscard]] RenderSettings settings() const { return {depth, across, down}; }
     [[nodiscard]] std::string file() const {
         return "tests/golden/" + std::string(scene) + "." + std::to_string(static_cast<int>(frame)) +
-               (divisor > 1 ? ".half" : "") + ".png";
+               (across.den > 1 ? ".low" : "") + ".png";
     }
 };
 
@@ -32,16 +29,16 @@ std::vector<Golden> goldens() {
     std::vector<Golden> all;
     const auto add = [&](const char* scene, int frames) {
         for (int frame = 0; frame < frames; ++frame)
-            all.push_back({scene, static_cast<double>(frame), Depth::bits16, 1});
+            all.push_back({scene, static_cast<double>(frame), Depth::bits16, {}, {}});
     };
     add("points", 6);
     add("spots", 6);
     add("reach", 4);
     add("axis_across", 3);
     add("default_view", 1);
-    all.push_back({"spots", 0, Depth::bits8, 1});
-    all.push_back({"spots", 0, Depth::bits16, 2});
-    all.push_back({"points", 3, Depth::bits8, 2});
+    all.push_back({"spots", 0, Depth::bits8, {}, {}});
+    all.push_back({"spots", 0, Depth::bits16, {1, 3}, {1, 2}});
+    all.push_back({"points", 3, Depth::bits8, {1, 2}, {1, 2}});
     return all;
 }
 

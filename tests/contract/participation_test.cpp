@@ -88,7 +88,10 @@ TEST(Participation, AgreesWithTheFrames) {
         {{"Point Light Model", 4}, {"Point Lights/Intensity", 0}},
         {{"Point Light Model", 4}, {"Source Radius", 0}, {"Radius", 0}},
         {{"Point Light Model", 5}, {"Source Intensity", 0}, {"Reach", 4}},
-        {{"Point Light Model", 5}, {"Source Intensity", 5}, {"Point Lights/Light's Intensity", 0}},
+        {{"Point Light Model", 5},
+         {"Source Intensity", 5},
+         {"Point Lights/Light's Intensity", 0},
+         {"Radius", 0}},
     };
     int counted = 0;
     for (std::vector<Setting> settings : looks) {

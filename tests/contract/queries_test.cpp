@@ -91,9 +91,11 @@ TEST(Queries, CameraIsReadAtCompositionTime) {
 
 TEST(Queries, LightsAreCountedAndDescribed) {
     Composition comp = make_composition();
+    add_point(comp, {1, 2, 3}, "Second point");  // by its name the topmost is found
     add_point(comp, {7, 8, 9}, "Second point");
     add_point(comp, {4, 5, 6}, "First point").light.color = Color{0.1, 0.2, 0.3};
     Layer& spot = add_spot(comp, {10, 20, 30}, {10, 20, 130}, "Spot");
+    spot.transform.rotation_z = 90.0;  // x to y
     spot.light.cone_angle = 60.0;
     spot.light.cone_feather = 25.0;
     spot.light.intensity = 150.0;
@@ -102,7 +104,7 @@ TEST(Queries, LightsAreCountedAndDescribed) {
     Running running(comp);
     running.session.call_inside(0, [&](PF_InData* in, PF_OutData*) {
         auto* count = exported<int(PF_InData*, int)>("GetNoLights");
-        EXPECT_EQ(count(in, AEGP_LightType_POINT), 2);
+        EXPECT_EQ(count(in, AEGP_LightType_POINT), 3);
         EXPECT_EQ(count(in, AEGP_LightType_SPOT), 1);
         EXPECT_EQ(count(in, AEGP_LightType_PARALLEL), 0);
         // pos, dir, colour, cone angle, feather, intensity, shadow darkness, shadow diffusion
@@ -140,7 +142,9 @@ TEST(Queries, LightsAreCountedAndDescribed) {
                   0);
         EXPECT_EQ(type, AEGP_LightType_SPOT);
         EXPECT_EQ(position[1], 20.0F);
+        EXPECT_EQ(axes[1], 1.0F);
         EXPECT_EQ(axes[8], 1.0F);
+        EXPECT_FLOAT_EQ(angle, 1.0471976F);
         EXPECT_EQ(feather, 0.25F);
         return 0;
     });
@@ -152,6 +156,7 @@ TEST(Queries, ReachLightIsFoundThroughSinglePrecision) {
     const LayerId wall_id = wall.id;
     Layer& light = add_spot(comp, {0, 0, 0}, {0, 0, 0}, "Zam Reach [Wall]");
     light.parent = wall_id;
+    light.transform.rotation_x = 90.0;  // z to -y
     light.light.color = Color{0.5, 0.25, 1.0};
     add_spot(comp, {1, 1, 1}, {2, 2, 2}, "Zam Reach [other]");
     Running running(comp);
@@ -167,7 +172,7 @@ TEST(Queries, ReachLightIsFoundThroughSinglePrecision) {
         EXPECT_EQ(get(in, wall_id, 0, 24, &found, v, v + 1, v + 2, v + 3, v + 4, v + 5), 0);
         EXPECT_EQ(found, 1);
         EXPECT_EQ(v[0], static_cast<double>(0.1F));
-        EXPECT_EQ(v[5], 1.0);
+        EXPECT_EQ(v[4], -1.0);
 
         int index = 0;
         EXPECT_EQ((exported<A_Err(PF_InData*, int*, const char*)>("PGetControlLightIDX")(in, &index,
@@ -179,7 +184,7 @@ TEST(Queries, ReachLightIsFoundThroughSinglePrecision) {
                       in, 0, 24, index, values)),
                   0);
         EXPECT_EQ(values[1], 20.0F);
-        EXPECT_EQ(values[5], 1.0F);
+        EXPECT_EQ(values[4], -1.0F);
         EXPECT_EQ(values[7], 0.25F);
         A_Matrix4 matrix;
         EXPECT_EQ((exported<A_Err(PF_InData*, A_long, A_u_long, int, A_Matrix4*)>("PGetControlMatrixFromIDX")(

@@ -1,4 +1,6 @@
 // The reach light's life: made, found again, renamed, and what it does to the cones.
+#include <algorithm>
+
 #include "tests/contract/zam_fixture.h"
 
 namespace zam::test {
@@ -79,12 +81,16 @@ TEST(Reach, PickingALayerMakesAHiddenLightThatTheNextFrameFinds) {
     EXPECT_TRUE(reach_light(running.comp, wall)->locked);
 }
 
-TEST(Reach, TheNewLightIsASpotWhateverTheHostMakes) {
+TEST(Reach, TheNewLightIsASpotFromTheStartWhateverTheHostMakes) {
     const auto pick = [](SessionOptions options) {
+        options.record_calls = true;
         Running running(with_wall(), std::move(options));
         const LayerId wall = wall_id(running.comp);
         const Outcome picked = running.session.choose_layer(running.index_of("Set Reach Layer"), wall, 0);
         EXPECT_EQ(picked.reports, std::vector<std::string>{});
+        // Other hosts' layers may begin elsewhere than at 0.
+        const std::vector<std::string>& calls = running.session.calls();
+        EXPECT_EQ(std::count(calls.begin(), calls.end(), "Layer.AEGP_SetLayerOffset"), 1);
         const Layer* light = reach_light(running.comp, wall);
         if (!picked.thrown) {
             EXPECT_TRUE(light && light->light.type == LightType::spot && light->locked);
@@ -145,10 +151,14 @@ TEST(Reach, SomeLayersAreNotAccepted) {
     comp.find_layer(1)->three_d = true;  // the effect's own layer
     for (const LayerId id : {LayerId{0}, flat_id, LayerId{1}}) {
         Running running(comp);
-        const std::size_t layers = running.comp.layers.size();
-        EXPECT_TRUE(running.session.choose_layer(running.index_of("Set Reach Layer"), id, 0).ok()) << id;
-        EXPECT_EQ(running.comp.layers.size(), layers) << id;
-        EXPECT_EQ(running.session.sequence_bytes(), bytes_of(0)) << id;
+        const int picker = running.index_of("Set Reach Layer");
+        for (const LayerId before : {LayerId{0}, wall_id(comp)}) {
+            running.session.choose_layer(picker, before, 0);
+            const std::size_t layers = running.comp.layers.size();
+            EXPECT_TRUE(running.session.choose_layer(picker, id, 0).ok()) << id;
+            EXPECT_EQ(running.comp.layers.size(), layers) << id;
+            EXPECT_EQ(running.session.sequence_bytes(), bytes_of(before)) << id;
+        }
     }
 }
 
@@ -189,6 +199,7 @@ TEST(Reach, OlderHostsLookAfterTheLightOnEveryCall) {
 
 TEST(Reach, WithoutALightTheConesEndAtTheirReach) {
     Running plain(with_wall()), active(with_wall());
+    for (Running* running : {&plain, &active}) running->set("Reach", 20);
     active.set("Reach Comp Layer", 1);
     EXPECT_EQ(active.render().argb, plain.render().argb);
 }

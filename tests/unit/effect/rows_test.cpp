@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
+#include <limits>
 #include <numbers>
 #include <string>
 #include <vector>
@@ -291,6 +292,27 @@ TEST_F(RowsTest, LostPowers) {
     const Frame frame(scene);
     for (A_long y = 0; y < scene.height; ++y) Compare(frame, y, "gamma 0.02");
     EXPECT_EQ(lit_, 0);
+}
+
+// Infinite light, which is no number where its colour has nothing of it, and light that takes light away.
+TEST_F(RowsTest, OddStrengths) {
+    test::Random random(9);
+    for (const double intensity : {std::numeric_limits<double>::infinity(), -0.5}) {
+        for (int look = 1; look <= 6; ++look) {
+            Scene scene;
+            scene.width = 37;
+            scene.height = 2;
+            scene.deep = look % 2;
+            scene.look = Look{look};
+            scene.points.model = 2;
+            literal::AddPoints(random, 1, &scene);
+            scene.point_lights[0].color = {0.0, 1.0, 0.4};
+            scene.point_lights[0].intensity = intensity;
+            const Frame frame(scene);
+            for (A_long y = 0; y < scene.height; ++y) Compare(frame, y, "look " + std::to_string(look));
+        }
+    }
+    EXPECT_GT(lit_, 0);
 }
 
 }  // namespace

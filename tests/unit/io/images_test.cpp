@@ -199,6 +199,13 @@ TEST(Over, MixesWithOpaqueAndTransparentPictures) {
         expect(over(0.5), 0.625, (0.25 + 0.375 * 0.2) / 0.625, (0.125 + 0.375 * 0.2) / 0.625, 0.375 / 0.625);
         EXPECT_EQ(over(0.0), light);
     }
+    // Mixtures are rounded, not cut off.
+    for (std::uint16_t alpha = 0; alpha < 256; ++alpha) {
+        host::Frame frame{1, 1, Depth::bits8, {alpha, 100, 255, 0}, {}};
+        lay_over(host::Color{0, 0, 1}, &frame);
+        EXPECT_EQ(frame.argb[1], std::lround(100 * alpha / 255.0)) << alpha;
+        EXPECT_EQ(frame.argb[3], 255 - alpha);
+    }
 }
 
 std::string failure(const std::string& file) {

@@ -165,6 +165,12 @@ TEST(Transforms, ChildInTheCornerOfAScaledAndTurnedParent) {
     const Matrix turned = world_from_layer(composition, composition.layers[0], 0);
     expect_near(row(turned, 3), {230, 100, 50}, 1e-12, "10 along the parent's z axis");
     expect_near(row(turned, 1), {3, 0, 0}, 1e-12, "first its own turn, then the parent's");
+
+    composition.layers.push_back(solid(3));
+    composition.layers[1].parent = 3;
+    composition.layers[2].transform.position = Vec3{1, 2, 3};
+    const Matrix carried = world_from_layer(composition, composition.layers[0], 0);
+    expect_near(row(carried, 3), {231, 102, 53}, 1e-12, "and the parent's parent");
 }
 
 TEST(Transforms, AMatrixToTheWorldEndsTheWayUp) {
