@@ -17,10 +17,6 @@ class Output(ProgramTest):
         self.expect(0, "", "render", scene, "-o", name, "--frames", "6", *arguments)
         return (self.folder / name).read_bytes()
 
-    def picture(self, *arguments, scene="scene.json"):
-        self.render("picture.png", *arguments, scene=scene)
-        return read_png(self.folder / "picture.png")[3]
-
     def texts(self, *arguments, scene="scene.json"):
         found = {}
         self.render("texts.png", *arguments, scene=scene)
@@ -71,6 +67,8 @@ class Output(ProgramTest):
                             "--depth", depth, *over)
             for number in (6, 7):
                 plate = read_png(self.folder / f"plate.{number:03}.png")[3]
+                for part, shown in zip(plate, (0x33, 0x66, 0x99, 255) if number == 6 else (0, 0, 0, 0)):
+                    self.assertAlmostEqual(part / full, shown / 255, delta=5e-5)  # in a dark corner
                 name = "plate.###.png" if number == 6 else "plate.007.png"
                 got = self.picture("--depth", depth, "--over", name)
                 for i in range(0, len(light), 4):

@@ -90,3 +90,8 @@ class ProgramTest(unittest.TestCase):
         """The names that a render leaves in out/."""
         self.expect(0, "", "render", scene, *arguments)
         return sorted(p.name for p in (self.folder / "out").iterdir())
+
+    def picture(self, *arguments, scene="scene.json"):
+        """The samples of frame 6."""
+        self.expect(0, "", "render", scene, "-o", "picture.png", "--frames", "6", *arguments)
+        return read_png(self.folder / "picture.png")[3]

@@ -30,10 +30,7 @@ void lose_all_but_color(Layer& light, const Layer& before) {
     lose_all(light, before);
     light.light.color = color;
 }
-constexpr Loss kStreamsOfPoints[] = {lose<&LightSettings::color>, lose<&LightSettings::intensity>,
-                                     lose<&LightSettings::shadow_darkness>,
-                                     lose<&LightSettings::shadow_diffusion>};
-constexpr Loss kStreamsOfSpots[] = {
+constexpr Loss kStreams[] = {  // of spots; points have neither the second nor the third
     lose<&LightSettings::color>,           lose<&LightSettings::cone_angle>,
     lose<&LightSettings::cone_feather>,    lose<&LightSettings::intensity>,
     lose<&LightSettings::shadow_darkness>, lose<&LightSettings::shadow_diffusion>};
@@ -135,7 +132,7 @@ class Follower {
     }
     [[nodiscard]] Loss loss_with(const std::string& call, LightType type, int place) const {
         if (call == "Stream.AEGP_GetLayerStreamValue")
-            return (type == LightType::spot ? kStreamsOfSpots : kStreamsOfPoints)[streams_ - 1];
+            return kStreams[streams_ - 1 + (type == LightType::point && streams_ > 1 ? 2 : 0)];
         if (call == "Layer.AEGP_GetLayerToWorldXform") return lose_all_but_color;
         if (call == "Layer.AEGP_GetLayerInPoint") return lose_nothing;  // from the start, then
         if (call == "Layer.AEGP_GetLayerName" || call == "Layer.AEGP_GetLayerDuration" ||

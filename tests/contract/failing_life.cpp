@@ -12,11 +12,6 @@ const std::vector<std::string> kOfALight = {"Layer.AEGP_GetLayerName", "Stream.A
                                             "Layer.AEGP_IsLayerVideoReallyOn", "Layer.AEGP_GetLayerInPoint",
                                             "Layer.AEGP_GetLayerDuration"};
 
-template <class... Arguments>
-int call(const char* name, Arguments... arguments) {
-    return reinterpret_cast<int (*)(Arguments...)>(zam_plugin().symbol(name))(arguments...);
-}
-
 int ask_camera(const char* name, PF_InData* in, Answers& to) {
     return call(name, in, &to.matrix, &to.d[0], kTime, kScale, A_long{24}, A_long{16});
 }
@@ -128,31 +123,20 @@ Life::Life(const Circumstances& which, SessionOptions options)
       }()) {}
 
 Outcome Life::take(int step) {
-    switch (step) {
-        case kGlobalSetup:
-            return session.send(PF_Cmd_GLOBAL_SETUP);
-        case kParamsSetup: {
-            const Outcome outcome = session.send(PF_Cmd_PARAMS_SETUP);
-            if (outcome.error) return outcome;
-            const std::pair<int, double> settings[] = {{2, 4},  {6, 3},  {7, 4},  {9, 2}, {13, 2},
-                                                       {17, 3}, {18, 1}, {24, 3}, {25, 2}};
-            for (const auto& [index, value] : settings) session.set_control(index, value);
-            return outcome;
-        }
-        case kSequenceSetup:
-            return session.send(circumstances.setup);
-        case kUpdateUi:
-            return session.send(PF_Cmd_UPDATE_PARAMS_UI);
-        case kPick:
-        case kRename:
-            return session.choose_layer(19, kWall, kFailingFrame);
-        case kAbout:
-            return session.send(PF_Cmd_ABOUT);
-        case kRender:
-            return render().outcome;
-        default:
-            break;
+    if (step == kGlobalSetup) return session.send(PF_Cmd_GLOBAL_SETUP);
+    if (step == kParamsSetup) {
+        const Outcome outcome = session.send(PF_Cmd_PARAMS_SETUP);
+        const std::pair<int, double> settings[] = {{2, 4},  {6, 3},  {7, 4},  {9, 2}, {13, 2},
+                                                   {17, 3}, {18, 1}, {24, 3}, {25, 2}};
+        if (outcome.error) return outcome;
+        for (const auto& [index, value] : settings) session.set_control(index, value);
+        return outcome;
     }
+    if (step == kSequenceSetup) return session.send(circumstances.setup);
+    if (step == kUpdateUi) return session.send(PF_Cmd_UPDATE_PARAMS_UI);
+    if (step == kPick || step == kRename) return session.choose_layer(19, kWall, kFailingFrame);
+    if (step == kAbout) return session.send(PF_Cmd_ABOUT);
+    if (step == kRender) return render().outcome;
     if (step == sequence_setdown()) return session.send(PF_Cmd_SEQUENCE_SETDOWN);
     if (step == global_setdown()) return session.send(PF_Cmd_GLOBAL_SETDOWN);
     const Query& query = queries()[static_cast<std::size_t>(step - kFirstQuery)];

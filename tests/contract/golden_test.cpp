@@ -1,9 +1,8 @@
 // Small frames against the slow reference renderer's, kept as pictures in tests/golden.
-#include <png.h>
-
 #include <cstdlib>
 #include <filesystem>
 
+#include "io/images/png_reader.h"
 #include "io/images/write_image.h"
 #include "io/read_scene.h"
 #include "tests/contract/reference_scene.h"
@@ -42,30 +41,6 @@ std::vector<Golden> goldens() {
     return all;
 }
 
-// The codes of a PNG file that io::write_image made of a 16-bit frame.
-std::vector<std::uint16_t> read_codes(const std::string& file) {
-    FILE* stream = std::fopen(file.c_str(), "rb");
-    if (!stream) return {};
-    png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
-    png_infop info = png_create_info_struct(png);
-    png_init_io(png, stream);
-    png_read_png(png, info, PNG_TRANSFORM_SWAP_ENDIAN, nullptr);
-    const std::size_t width = png_get_image_width(png, info), height = png_get_image_height(png, info);
-    std::vector<std::uint16_t> codes;
-    for (std::size_t y = 0; y < height; ++y) {
-        const auto* row = reinterpret_cast<const std::uint16_t*>(png_get_rows(png, info)[y]);
-        for (std::size_t x = 0; x < width; ++x) {
-            for (const std::size_t channel : {3U, 0U, 1U, 2U}) {
-                codes.push_back(
-                    static_cast<std::uint16_t>((row[4 * x + channel] * 32768ULL + 32767) / 65535));
-            }
-        }
-    }
-    png_destroy_read_struct(&png, &info, nullptr);
-    std::fclose(stream);
-    return codes;
-}
-
 Frame to_frame(const reference::Frame& frame) {
     Frame picture;
     picture.width = frame.width;
@@ -98,16 +73,9 @@ TEST(Golden, FramesAreTheReferenceRenderers) {
         const Composition comp = io::read_scene(scene, {}).composition;
         Running running(comp);
         running.session.apply_settings(comp.effect);
-        for (const Control& control : running.session.controls()) {
-            if (control.name != "Set Reach Layer") continue;
-            for (const ControlSetting& setting : comp.effect.controls) {
-                const ResolvedSetting resolved = resolve_setting(running.session.controls(), setting, comp);
-                if (resolved.index == control.index) {
-                    running.session.choose_layer(control.index, static_cast<LayerId>(resolved.value.at(0)),
-                                                 0);
-                }
-            }
-        }
+        const int picker = running.index_of("Set Reach Layer");
+        if (const double wall = running.session.control_at(picker, 0))
+            running.session.choose_layer(picker, static_cast<LayerId>(wall), 0);
         const Frame frame = running.render(golden.frame, golden.settings());
         EXPECT_TRUE(frame.outcome.ok()) << golden.file();
         EXPECT_FALSE(is_black(frame)) << golden.file();
@@ -120,7 +88,8 @@ TEST(Golden, FramesAreTheReferenceRenderers) {
                             {static_cast<int>(golden.frame), comp.frame_rate, comp.pixel_aspect,
                              "the slow reference renderer", golden.scene},
                             {.bits = 16});
-        expect_same_picture(frame.argb, read_codes(golden.file()), frame.width, golden.file() + " as kept");
+        expect_same_picture(frame.argb, io::PngReader(golden.file()).read(Depth::bits16).argb, frame.width,
+                            golden.file() + " as kept");
     }
 }
 

@@ -4,13 +4,10 @@
 namespace zam::test {
 namespace {
 
-TEST(LifeCycle, AboutAndVersionWords) {
+TEST(LifeCycle, AboutAndGlobalData) {
     Composition comp = make_composition();
     Session session(zam_plugin(), comp, {});
     EXPECT_EQ(session.send(PF_Cmd_GLOBAL_SETUP).error, 0);
-    EXPECT_EQ(session.out_data().my_version, 0x00088E00U);
-    EXPECT_EQ(session.out_data().out_flags, 0x06000001);
-    EXPECT_EQ(session.out_data().out_flags2, 0x00000006);
     ASSERT_NE(session.out_data().global_data, nullptr);
     EXPECT_EQ(*static_cast<const A_long*>(*session.out_data().global_data), 1);
     const Outcome about = session.send(PF_Cmd_ABOUT);
@@ -132,16 +129,6 @@ TEST(Controls, AreRegisteredAsTheTableSays) {
         EXPECT_EQ(c.definition.u.fd.display_flags, 0);
     }
     EXPECT_EQ(session.out_data().num_params, 28);
-}
-
-TEST(Controls, AddingStopsAtTheFirstError) {
-    Composition comp = make_composition();
-    Session session(zam_plugin(), comp,
-                    {.faults = FaultPlan().fail("Inter.add_param", 16, 512), .record_calls = true});
-    session.send(PF_Cmd_GLOBAL_SETUP);
-    EXPECT_EQ(session.send(PF_Cmd_PARAMS_SETUP).error, 512);
-    EXPECT_EQ(session.calls().size(), 16U + 16U) << "a name copied and a control added, 16 times";
-    EXPECT_EQ(session.out_data().num_params, 0);
 }
 
 }  // namespace

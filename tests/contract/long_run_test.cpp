@@ -8,7 +8,7 @@
 #include <random>
 #include <string_view>
 
-#include "tests/contract/zam_fixture.h"
+#include "tests/contract/odd_scenes.h"
 
 #if defined(__has_feature)
 #define ZAM_SANITIZED (__has_feature(address_sanitizer) || __has_feature(thread_sanitizer))
@@ -19,7 +19,7 @@
 namespace zam::test {
 namespace {
 
-constexpr int kScenes = 50;                // that are rendered in turn
+constexpr int kScenes = 100;               // that are rendered in turn
 constexpr int kLifeFrames = 500;           // after which the effect is taken off and applied anew
 constexpr double kAllowedGrowthKib = 256;  // of resident memory, after a fifth of the run
 
@@ -35,57 +35,16 @@ double resident_kib() {
     return kib;
 }
 
-// The scene of that number, made in place of the one before: none to a dozen lights, a wall for the reach, perhaps a camera,
-// all controls, one of both depths, one of three resolutions.
-class Scene {
-  public:
-    explicit Scene(unsigned number) : number_(number), dice_(number) {}
-
-    Frame render(Composition& comp, Session& session) {
-        comp.layers.erase(std::remove_if(comp.layers.begin(), comp.layers.end(),
-                                         [&](const Layer& layer) { return layer.id != comp.effect.layer; }),
-                          comp.layers.end());
-        Layer& wall = add_layer(comp, LayerKind::solid, "Wall", {between(20, 60), 18, 0});
-        wall.transform.rotation_y = between(0, 90);
-        const LayerId reach = wall.id;
-        for (int lights = pick(13); lights > 0; --lights) {
-            const Vec3 at{between(-20, 84), between(-10, 46), between(-60, 200)};
-            const std::string name = lights % 2 ? "Front 40" : "Back";
-            Layer& light = lights % 3 ? add_spot(comp, at, {between(0, 64), between(0, 36), 50}, name)
-                                      : add_point(comp, at, name);
-            light.light.color = Color{between(0, 1), between(0, 1), between(0, 1)};
-            light.light.intensity = between(0, 100);
-            light.light.cone_angle = between(1, 179);
-            light.video = pick(8) != 0;
-            Animated<Vec3> way;
-            way.keys = {{0, at}, {60, Vec3{at.z, at.x, at.y}}};
-            light.transform.position = way;
-        }
-        if (pick(2)) add_camera(comp, {32, 18, between(-200, -20)}, {32, 18, 0}, between(20, 200));
-        for (const Control& control : session.controls()) {
-            const bool any_light = control.group == "General" && control.name != "Look" && pick(4) > 0;
-            if (control.type == PF_Param_POPUP)
-                session.set_control(control.index,
-                                    any_light ? 1.0 : 1.0 + pick(static_cast<int>(control.choices.size())));
-            if (control.type == PF_Param_CHECKBOX) session.set_control(control.index, 1.0 * pick(2));
-            if (control.type == PF_Param_FIX_SLIDER)
-                session.set_control(control.index, between(control.slider_min, control.slider_max));
-        }
-        if (number_ % 5 == 0) {
-            const int control = find_control(session.controls(), "Set Reach Layer").index;
-            EXPECT_TRUE(session.choose_layer(control, reach, 0).ok());
-        }
-        const Ratio scale{1, 1U << pick(3)};
-        return session.render(between(0, 60), {number_ % 2 ? Depth::bits16 : Depth::bits8, scale, scale});
+// In place of the scene before.
+Frame render(const Shot& shot, Running& running) {
+    running.comp = shot.comp;
+    for (const auto& [index, value] : shot.controls) running.session.set_control(index, value);
+    if (shot.wall) {
+        const int picker = running.index_of("Set Reach Layer");
+        EXPECT_TRUE(running.session.choose_layer(picker, shot.wall, 0).ok());
     }
-
-  private:
-    double between(double a, double b) { return std::uniform_real_distribution<double>(a, b)(dice_); }
-    int pick(int choices) { return std::uniform_int_distribution<int>(0, choices - 1)(dice_); }
-
-    unsigned number_;
-    std::mt19937 dice_;
-};
+    return running.render(0, shot.settings);
+}
 
 std::size_t digest(const Frame& frame) {
     const auto* bytes = reinterpret_cast<const char*>(frame.argb.data());
@@ -113,7 +72,7 @@ TEST(LongRun, ChangingScenesKeepNothingAndTheSameSceneGivesTheSameFrame) {
         }
         if (i % kScenes == 0) std::shuffle(order.begin(), order.end(), shuffling);
         const unsigned number = order[static_cast<std::size_t>(i % kScenes)];
-        const Frame frame = Scene(number).render(running->comp, running->session);
+        const Frame frame = render(odd_kinds().front().make(number), *running);
         // Suites, handles, locks, streams: what a frame keeps of them is reported when it ends.
         ASSERT_TRUE(frame.outcome.ok()) << i << ::testing::PrintToString(frame.outcome.reports);
         black += is_black(frame);

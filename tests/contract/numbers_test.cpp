@@ -155,22 +155,17 @@ TEST(Numbers, LightsOutOfRangeGiveNone) {
     const Frame expected = take(sane, zam_plugin(), {});
     EXPECT_FALSE(is_black(expected));
     for (const double bad : {std::nan(""), HUGE_VAL, -HUGE_VAL, 1e16, -1e300}) {
+        const Vec3 aside{bad, 0, 40}, behind{0, 0, bad};
+        const Matrix skewed{{{1, 0, 0, 0}, {0, 1, 0, 0}, {bad, 0, bad, 0}, {0, 0, 40, 1}}};
+        const Color wrong{1, bad, 1};
         const std::function<void(Layer&)> harms[] = {
-            [=](Layer& l) {
-                l.transform.position = Vec3{bad, 0, 40};
-            },
-            [=](Layer& l) {
-                l.transform.position = Vec3{0, 0, bad};
-            },
-            [=](Layer& l) {
-                l.world = Matrix{{{1, 0, 0, 0}, {0, 1, 0, 0}, {bad, 0, bad, 0}, {0, 0, 40, 1}}};
-            },
-            [=](Layer& l) {
-                l.light.color = Color{1, bad, 1};
-            },
-            [=](Layer& l) { l.light.intensity = 1e3 * bad; },
-            [=](Layer& l) { l.light.cone_angle = 1e3 * bad; },
-            [=](Layer& l) { l.light.cone_feather = 1e3 * bad; },
+            [&](Layer& l) { l.transform.position = aside; },
+            [&](Layer& l) { l.transform.position = behind; },
+            [&](Layer& l) { l.world = skewed; },
+            [&](Layer& l) { l.light.color = wrong; },
+            [&](Layer& l) { l.light.intensity = 1e3 * bad; },
+            [&](Layer& l) { l.light.cone_angle = 1e3 * bad; },
+            [&](Layer& l) { l.light.cone_feather = 1e3 * bad; },
         };
         for (std::size_t harm = 0; harm < std::size(harms); ++harm) {
             for (const LightType type : {LightType::point, LightType::spot}) {

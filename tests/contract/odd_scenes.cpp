@@ -14,7 +14,7 @@ constexpr double kInf = std::numeric_limits<double>::infinity(),
 
 class Dice {
   public:
-    explicit Dice(unsigned seed) : engine_(seed) {}
+    explicit Dice(unsigned seed, double wild = 0.0) : wildness(wild), engine_(seed) {}
     double between(double low, double high) {
         return std::uniform_real_distribution<double>(low, high)(engine_);
     }
@@ -39,7 +39,7 @@ class Dice {
     }
     Vec3 wild(const Vec3& v) { return {wild(v.x), wild(v.y), wild(v.z)}; }
 
-    double wildness = 0.0;
+    const double wildness;
 
   private:
     std::mt19937_64 engine_;
@@ -191,8 +191,7 @@ Shot negative_lights(Dice& dice) {
 std::span<const Kind> odd_kinds() {
     const auto any = [](double wildness) {
         return [wildness](unsigned seed) {
-            Dice dice(seed);
-            dice.wildness = wildness;
+            Dice dice(seed, wildness);
             return any_shot(dice);
         };
     };

@@ -31,8 +31,7 @@ struct Shot {
 struct Kind {
     const char* name;
     double most_apart;  // share of channels that are more than one code apart on two row targets
-    double
-        most_wrong;  // share of channels that are more than 1 % of full scale off the slow reference; kNotCompared
+    double most_wrong;  // share of those more than 1 % of full scale off the slow reference; kNotCompared
     std::function<Shot(unsigned seed)> make;
 };
 inline constexpr double kNotCompared = 2.0;

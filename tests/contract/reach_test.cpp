@@ -6,6 +6,8 @@
 namespace zam::test {
 namespace {
 
+constexpr LayerId kWall = 3;
+
 Composition with_wall() {
     Composition comp = make_composition();
     add_spot(comp, {10, 18, 0}, {60, 18, 0});
@@ -16,18 +18,15 @@ Composition with_wall() {
     return comp;
 }
 
-LayerId wall_id(const Composition& comp) {
-    for (const Layer& layer : comp.layers) {
-        if (layer.source == 2) return layer.id;
-    }
-    return 0;
-}
-
 const Layer* reach_light(const Composition& comp, LayerId parent) {
     for (const Layer& layer : comp.layers) {
         if (layer.kind == LayerKind::light && layer.parent == parent && parent != 0) return &layer;
     }
     return nullptr;
+}
+
+Outcome pick(Running& running, LayerId id) {
+    return running.session.choose_layer(running.index_of("Set Reach Layer"), id, 0);
 }
 
 std::vector<std::uint8_t> bytes_of(LayerId id) {
@@ -39,13 +38,12 @@ TEST(Reach, PickingALayerMakesAHiddenLightThatTheNextFrameFinds) {
     running.set("Spot Light Model", 4);
     running.set("Reach Comp Layer", 1);
     const Frame before = running.render();
-    const LayerId wall = wall_id(running.comp);
-    const Outcome picked = running.session.choose_layer(running.index_of("Set Reach Layer"), wall, 0);
+    const Outcome picked = pick(running, kWall);
     EXPECT_TRUE(picked.ok()) << ::testing::PrintToString(picked.reports);
     EXPECT_TRUE(picked.out_flags & PF_OutFlag_REFRESH_UI);
     EXPECT_EQ(picked.changed_controls, std::vector<int>{running.index_of("Set Reach Layer")});
-    EXPECT_EQ(running.session.sequence_bytes(), bytes_of(wall));
-    const Layer* light = reach_light(running.comp, wall);
+    EXPECT_EQ(running.session.sequence_bytes(), bytes_of(kWall));
+    const Layer* light = reach_light(running.comp, kWall);
     ASSERT_NE(light, nullptr);
     EXPECT_EQ(light->name, "Zam Reach [Wall]");
     EXPECT_EQ(light->light.type, LightType::spot);
@@ -69,46 +67,46 @@ TEST(Reach, PickingALayerMakesAHiddenLightThatTheNextFrameFinds) {
     EXPECT_EQ(alpha(after, 30), alpha(before, 30));
 
     // Picking again renames; keyframed intensity is the user's own.
-    running.comp.find_layer(wall)->name = "A very long layer name indeed";
+    running.comp.find_layer(kWall)->name = "A very long layer name indeed";
     Layer* mine = running.comp.find_layer(light->id);
     mine->light.intensity.keys = {{0, 5.0}, {10, 7.0}};
     mine->locked = false;
     const std::size_t layers = running.comp.layers.size();
-    running.session.choose_layer(running.index_of("Set Reach Layer"), wall, 0);
+    pick(running, kWall);
     EXPECT_EQ(running.comp.layers.size(), layers);
-    EXPECT_EQ(reach_light(running.comp, wall)->name, "Zam Reach [A very long layer na");
-    EXPECT_EQ(reach_light(running.comp, wall)->light.intensity.at(10), 7.0);
-    EXPECT_TRUE(reach_light(running.comp, wall)->locked);
+    EXPECT_EQ(reach_light(running.comp, kWall)->name, "Zam Reach [A very long layer na");
+    EXPECT_EQ(reach_light(running.comp, kWall)->light.intensity.at(10), 7.0);
+    EXPECT_TRUE(reach_light(running.comp, kWall)->locked);
 }
 
 TEST(Reach, TheNewLightIsASpotFromTheStartWhateverTheHostMakes) {
-    const auto pick = [](SessionOptions options) {
+    const auto made_with = [](SessionOptions options) {
         options.record_calls = true;
         Running running(with_wall(), std::move(options));
-        const LayerId wall = wall_id(running.comp);
-        const Outcome picked = running.session.choose_layer(running.index_of("Set Reach Layer"), wall, 0);
+        const Outcome picked = pick(running, kWall);
         EXPECT_EQ(picked.reports, std::vector<std::string>{});
         // Other hosts' layers may begin elsewhere than at 0.
         const std::vector<std::string>& calls = running.session.calls();
         EXPECT_EQ(std::count(calls.begin(), calls.end(), "Layer.AEGP_SetLayerOffset"), 1);
-        const Layer* light = reach_light(running.comp, wall);
+        const Layer* light = reach_light(running.comp, kWall);
         if (!picked.thrown) {
             EXPECT_TRUE(light && light->light.type == LightType::spot && light->locked);
         }
         return picked.thrown;
     };
     for (const LightType made : {LightType::parallel, LightType::point, LightType::ambient}) {
-        EXPECT_EQ(pick({.new_light_type = made}), std::nullopt);
+        EXPECT_EQ(made_with({.new_light_type = made}), std::nullopt);
     }
     // The suite that changes types is wanted only when there is something to change.
     const std::vector<std::string> withheld{"AEGP Light Suite 2"};
-    EXPECT_EQ(pick({.withheld_suites = withheld}), std::nullopt);
-    EXPECT_EQ(pick({.new_light_type = LightType::point, .withheld_suites = withheld}), std::optional(516));
+    EXPECT_EQ(made_with({.withheld_suites = withheld}), std::nullopt);
+    EXPECT_EQ(made_with({.new_light_type = LightType::point, .withheld_suites = withheld}),
+              std::optional(516));
 }
 
 TEST(Reach, TheLayerIsAskedForAtTheEffectsOwnTime) {
     Composition comp = with_wall();
-    const LayerId early = wall_id(comp), late = add_layer(comp, LayerKind::null_object, "Late", {}).id;
+    const LayerId early = kWall, late = add_layer(comp, LayerKind::null_object, "Late", {}).id;
     comp.find_layer(1)->start_frame = 10;  // frame 20 of the composition is the effect's frame 10
     Running running(comp);
     Animated<double> picked;
@@ -131,7 +129,7 @@ TEST(Reach, BothSidesFlipThePlaneForLightsBehindIt) {
     Running running(comp);
     running.set("Spot Light Model", 4);
     running.set("Reach Comp Layer", 1);
-    running.session.choose_layer(running.index_of("Set Reach Layer"), wall_id(running.comp), 0);
+    pick(running, kWall);
     const auto lit = [&](int x) {
         return running.render().argb[static_cast<std::size_t>(4 * (18 * 64 + x))] > 0;
     };
@@ -151,11 +149,10 @@ TEST(Reach, SomeLayersAreNotAccepted) {
     comp.find_layer(1)->three_d = true;  // the effect's own layer
     for (const LayerId id : {LayerId{0}, flat_id, LayerId{1}}) {
         Running running(comp);
-        const int picker = running.index_of("Set Reach Layer");
-        for (const LayerId before : {LayerId{0}, wall_id(comp)}) {
-            running.session.choose_layer(picker, before, 0);
+        for (const LayerId before : {LayerId{0}, kWall}) {
+            pick(running, before);
             const std::size_t layers = running.comp.layers.size();
-            EXPECT_TRUE(running.session.choose_layer(picker, id, 0).ok()) << id;
+            EXPECT_TRUE(pick(running, id).ok()) << id;
             EXPECT_EQ(running.comp.layers.size(), layers) << id;
             EXPECT_EQ(running.session.sequence_bytes(), bytes_of(before)) << id;
         }
@@ -167,13 +164,12 @@ TEST(Reach, IsRecognisedByNameAndParent) {
     // parented elsewhere is not. A layer without a name goes by its source's.
     for (const bool parented : {true, false}) {
         Composition comp = with_wall();
-        const LayerId wall = wall_id(comp);
-        comp.find_layer(wall)->name = "";
+        comp.find_layer(kWall)->name = "";
         Layer& zam = add_spot(comp, {0, 0, 0}, {0, 0, 0}, "Zam");
         const LayerId zam_id = zam.id;
-        if (parented) zam.parent = wall;
+        if (parented) zam.parent = kWall;
         Running running(comp);
-        running.session.choose_layer(running.index_of("Set Reach Layer"), wall, 0);
+        pick(running, kWall);
         EXPECT_EQ(running.comp.find_layer(zam_id)->name, parented ? "Zam Reach [Wall source]" : "Zam");
         EXPECT_EQ(running.comp.layers.size(), comp.layers.size() + (parented ? 0 : 1));
     }
@@ -181,14 +177,13 @@ TEST(Reach, IsRecognisedByNameAndParent) {
 
 TEST(Reach, OlderHostsLookAfterTheLightOnEveryCall) {
     Running running(with_wall(), {.api_version = {13, 2}});
-    const LayerId wall = wall_id(running.comp);
-    running.session.choose_layer(running.index_of("Set Reach Layer"), wall, 0);
+    pick(running, kWall);
     EXPECT_EQ(running.session.sequence_bytes(), bytes_of(0));  // "Reach Comp Layer" is off
     running.set("Reach Comp Layer", 1);
     const Outcome found = running.session.send(PF_Cmd_UPDATE_PARAMS_UI);
     EXPECT_EQ(found.error, 0);
     EXPECT_EQ(found.changed_controls, std::vector<int>{running.index_of("Set Reach Layer")});
-    EXPECT_EQ(running.session.sequence_bytes(), bytes_of(wall));
+    EXPECT_EQ(running.session.sequence_bytes(), bytes_of(kWall));
     // A new id ends the call early, with the suite still held and nothing greyed.
     ASSERT_EQ(found.reports.size(), 1U);
     EXPECT_NE(found.reports[0].find("PF Param Utils Suite"), std::string::npos);

@@ -21,59 +21,48 @@ Layer& other(Composition& comp) { return comp.layers.front(); }
 TEST(Filters, SilenceALightAsIfItWereNotThere) {
     Composition without = two_lights();
     without.layers.erase(without.layers.begin());
+    const std::pair<const char*, double> none{"Look", 3};  // as it is
+    const auto named = [](const char* kept, const char* name) {
+        return [=](Composition& c) {
+            c.layers[1].name = kept;
+            other(c).name = name;
+        };
+    };
+    const auto hide_parent = [](Composition& c) {
+        Layer& null = add_layer(c, LayerKind::null_object, "Rig", {0, 0, 0});
+        null.video = false;
+        c.layers[1].parent = null.id;
+    };
+    const auto shorter_reach = [](Composition& c) { other(c).light.shadow_diffusion = -401.0; };
     const struct {
         const char* what;
         std::function<void(Composition&)> change;
-        std::function<void(Running&)> set;
+        std::pair<const char*, double> setting;
         double frame;
         bool silenced;
     } rows[] = {
-        {"nothing", [](auto&) {}, [](auto&) {}, 0, false},
-        {"switched off", [](auto& c) { other(c).video = false; }, [](auto&) {}, 0, true},
-        {"another one solo", [](auto& c) { c.layers[1].solo = true; }, [](auto&) {}, 0, true},
-        {"its parent hidden",
-         [](auto& c) {
-             Layer& null = add_layer(c, LayerKind::null_object, "Rig", {0, 0, 0});
-             null.video = false;
-             c.layers[1].parent = null.id;
-         },
-         [](auto&) {}, 0, false},
-        {"on or off", [](auto& c) { other(c).video = false; },
-         [](auto& r) { r.set("Use Lights that are", 3); }, 0, false},
-        {"no prefix fits",
-         [](auto& c) {
-             c.layers[1].name = "Front key";
-             other(c).name = "front key";
-         },
-         [](auto& r) { r.set("Name starts with", 3); }, 0, true},
-        {"shorter than the prefix",
-         [](auto& c) {
-             c.layers[1].name = "Front";
-             other(c).name = "Fro";
-         },
-         [](auto& r) { r.set("Name starts with", 3); }, 0, true},
-        {"prefix fits",
-         [](auto& c) {
-             c.layers[1].name = "Back 1";
-             other(c).name = "Back";
-         },
-         [](auto& r) { r.set("Name starts with", 4); }, 0, false},
-        {"starts later", [](auto& c) { other(c).in_frame = 21; }, [](auto&) {}, 20, true},
-        {"starts now", [](auto& c) { other(c).in_frame = 20; }, [](auto&) {}, 20, false},
-        {"at its out point", [](auto& c) { other(c).out_frame = 20; }, [](auto&) {}, 20, false},
-        {"after its out point", [](auto& c) { other(c).out_frame = 19; }, [](auto&) {}, 20, true},
-        {"no intensity", [](auto& c) { other(c).light.intensity = 0.0; }, [](auto&) {}, 0, true},
-        {"neither point nor spot", [](auto& c) { other(c).light.type = LightType::parallel; }, [](auto&) {},
-         0, true},
-        {"negative reach", [](auto& c) { other(c).light.shadow_diffusion = -401.0; },
-         [](auto& r) { r.set("Individual Reach", 4); }, 0, true},
-        {"model off", [](auto&) {}, [](auto& r) { r.set("Spot Light Model", 1); }, 0, true},
+        {"nothing", [](auto&) {}, none, 0, false},
+        {"switched off", [](auto& c) { other(c).video = false; }, none, 0, true},
+        {"another one solo", [](auto& c) { c.layers[1].solo = true; }, none, 0, true},
+        {"its parent hidden", hide_parent, none, 0, false},
+        {"on or off", [](auto& c) { other(c).video = false; }, {"Use Lights that are", 3}, 0, false},
+        {"no prefix fits", named("Front key", "front key"), {"Name starts with", 3}, 0, true},
+        {"shorter than the prefix", named("Front", "Fro"), {"Name starts with", 3}, 0, true},
+        {"prefix fits", named("Back 1", "Back"), {"Name starts with", 4}, 0, false},
+        {"starts later", [](auto& c) { other(c).in_frame = 21; }, none, 20, true},
+        {"starts now", [](auto& c) { other(c).in_frame = 20; }, none, 20, false},
+        {"at its out point", [](auto& c) { other(c).out_frame = 20; }, none, 20, false},
+        {"after its out point", [](auto& c) { other(c).out_frame = 19; }, none, 20, true},
+        {"no intensity", [](auto& c) { other(c).light.intensity = 0.0; }, none, 0, true},
+        {"neither kind", [](auto& c) { other(c).light.type = LightType::parallel; }, none, 0, true},
+        {"negative reach", shorter_reach, {"Individual Reach", 4}, 0, true},
+        {"model off", [](auto&) {}, {"Spot Light Model", 1}, 0, true},
     };
     for (const auto& row : rows) {
         Composition comp = two_lights();
         row.change(comp);
         Running changed(comp), reference(without);
-        row.set(changed);
+        changed.set(row.setting.first, row.setting.second);
         EXPECT_EQ(changed.render(row.frame).argb == reference.render(row.frame).argb, row.silenced)
             << row.what;
     }

@@ -16,6 +16,12 @@ inline const Plugin& zam_plugin() {
     return plugin;
 }
 
+// What an exported function of that name answers.
+template <class... Arguments>
+int call(const char* name, Arguments... arguments) {
+    return reinterpret_cast<int (*)(Arguments...)>(zam_plugin().symbol(name))(arguments...);
+}
+
 // A composition with the effect on a solid of its size at the bottom of the stack; lights are added above it.
 inline Composition make_composition(int width = 64, int height = 36) {
     Composition comp;

@@ -127,13 +127,9 @@ Stretch IntersectRayWithCone(const Maths& maths, const _LightData& spots, const 
 
 Stretch RefineIntersection(const Maths& maths, const View& view, const _LightData& spots,
                            const _VisLightStruct& light, const _OptSpotData& opt, Stretch own, double px,
-                           double py, double rz, double coneC, double cosSq) {
+                           double py, double coneC, double cosSq) {
     const auto cast = [&](double ox, double oy, double c, double cos_sq) {
-        Ray ray;
-        ray.x = (px + ox - view.width * 0.5) * view.scaleX * view.scale;
-        ray.y = (py + oy - view.height * 0.5) * view.scaleY * view.scale;
-        ray.z = rz;
-        ray.square = ray.x * ray.x + ray.y * ray.y + ray.z * ray.z;
+        const Ray ray = RayThrough(view, px + ox, py + oy);
         RayOpt ray_opt;
         ray_opt.rayDotAxis = ray.x * light.dir.x + ray.y * light.dir.y + ray.z * light.dir.z;
         ray_opt.invRayDotAxis = 1.0 / ray_opt.rayDotAxis;

@@ -39,12 +39,19 @@ struct Stretch {
     [[nodiscard]] double length() const { return far - near; }
 };
 
-// How pixels become rays: what RefineIntersection needs to cast its own.
+// How pixels become rays.
 struct View {
     double scale = 1.0, scaleX = 1.0,
            scaleY = 1.0;  // 1 / zoom, pixel aspect / downsample x, 1 / downsample y
     int width = 0, height = 0;
 };
+inline Ray RayThrough(const View& view, double px, double py) {
+    Ray ray;
+    ray.x = (px - view.width * 0.5) * view.scaleX * view.scale;
+    ray.y = (py - view.height * 0.5) * view.scaleY * view.scale;
+    ray.square = ray.x * ray.x + ray.y * ray.y + 1.0;
+    return ray;
+}
 
 // Of all point lights.
 struct PointConstants {
@@ -60,7 +67,7 @@ Stretch IntersectRayWithCone(const Maths& maths, const _LightData& spots, const 
                              double cosSq);
 Stretch RefineIntersection(const Maths& maths, const View& view, const _LightData& spots,
                            const _VisLightStruct& light, const _OptSpotData& opt, Stretch own, double px,
-                           double py, double rz, double coneC, double cosSq);
+                           double py, double coneC, double cosSq);
 
 // Over [t0, t1]. The plain ones integrate the fog, those with ConeF the fog times the feather's weight.
 double IntegrateNatural(const Maths& maths, const _OptSpotData& opt, const RayOpt& ray_opt, const Ray& ray,

@@ -151,10 +151,7 @@ double Coverage(const Scene& scene) {
     for (int j = 0; j < data.spotData->count; ++j) {
         for (int y = 0; y < data.height; ++y) {
             for (int x = 0; x < data.width; ++x) {
-                Ray ray;
-                ray.x = (x - view.width * 0.5) * view.scaleX * view.scale;
-                ray.y = (y - view.height * 0.5) * view.scaleY * view.scale;
-                ray.square = ray.x * ray.x + ray.y * ray.y + 1.0;
+                const Ray ray = RayThrough(view, x, y);
                 const double S =
                     SpotScattering(data.inData->utils->ansi, view, *data.spotData, data.spotLights[j],
                                    data.optSpot[j], data.spotScale, x, y, ray, &ray_opt);

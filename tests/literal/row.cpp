@@ -67,11 +67,7 @@ PF_Err PixelFunc(void* refcon, A_long, A_long y, PF_Pixel*, PF_Pixel* out) {
     RayOpt ray_opt;
 
     for (int x = 0; x < frame.width; ++x) {
-        Ray ray;
-        ray.x = (x - frame.width * 0.5) * frame.aspectOverDownsampleX * frame.invZoom;
-        ray.y = (y - frame.height * 0.5) * frame.invDownsampleY * frame.invZoom;
-        ray.square = ray.x * ray.x + ray.y * ray.y + 1.0;
-
+        const Ray ray = RayThrough(view, x, y);
         Light sum;
         for (int i = 0; i < points.count; ++i) {
             Add(PointLight(maths, ray, frame.pointLights[i], frame.optPoint[i], points, constants), squared,

@@ -58,10 +58,10 @@ double SpotScattering(const Maths& maths, const View& view, const _LightData& sp
         const bool in_box =
             opt.screenLeft < x && x < opt.screenRight && opt.screenTop < y && y < opt.screenBottom;
         if (in_box) {
-            inner = RefineIntersection(maths, view, spots, light, opt, inner, x, y, 1.0, opt.coneCInner,
+            inner = RefineIntersection(maths, view, spots, light, opt, inner, x, y, opt.coneCInner,
                                        opt.cosInnerSq);
             if (feathered) {
-                outer = RefineIntersection(maths, view, spots, light, opt, outer, x, y, 1.0, opt.coneCOuter,
+                outer = RefineIntersection(maths, view, spots, light, opt, outer, x, y, opt.coneCOuter,
                                            opt.cosOuterSq);
             }
         }

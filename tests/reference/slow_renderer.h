@@ -31,8 +31,6 @@ enum class Look : std::int32_t {
 };
 // What changes each light's own radius or reach: nothing, a factor, a factor, or an addend in pixels.
 enum class Individual : std::int32_t { kNone = 1, kIntensityMult, kShadowDarknessMult, kShadowDiffusionAdd };
-enum class UseLights : std::int32_t { kOn = 1, kOff, kOnOrOff };
-enum class NamePrefix : std::int32_t { kAnything = 1, kZam, kFront, kBack };
 
 // One light of the composition, world space.  Intensity 0 silences a light (switched off, wrong name, not in
 // time).
@@ -48,7 +46,8 @@ struct Light {
     double shadow_diffusion = 0.0;      // pixels
 };
 
-// The effect's controls, in the units the user sees, with the values of a fresh instance.
+// The effect's controls, in the units the user sees, with the values of a fresh instance. Lights arrive filtered by
+// those that choose them.
 struct Controls {
     PointModel point_model = PointModel::kNatural;
     bool point_use_intensity = true;  // "Light's Intensity"
@@ -67,9 +66,6 @@ struct Controls {
     Individual individual_reach = Individual::kNone;
     bool reach_comp_layer = false;  // "Reach Comp Layer"
     bool reach_both_sides = true;
-
-    UseLights use_lights = UseLights::kOn;           // not read here: the lights arrive filtered
-    NamePrefix name_prefix = NamePrefix::kAnything;  // not read here: the lights arrive filtered
 
     Look look = Look::kNatural;
     double gamma = 1.0;

@@ -3,20 +3,16 @@
 #include "hostapi/stream_suites.h"
 #include "tests/contract/broken_plugins/well_behaved.h"
 
-BROKEN_EXPORT PF_Err EntryPointFunc(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef*[],
-                                    PF_LayerDef* output, void*) {
-    if (cmd == PF_Cmd_UPDATE_PARAMS_UI) {
-        const auto* pf = broken::acquire<AEGP_PFInterfaceSuite1>(in, "AEGP PF Interface Suite", 1);
-        const auto* streams = broken::acquire<AEGP_StreamSuite1>(in, "AEGP Stream Suite", 4);
-        AEGP_EffectRefH effect = nullptr;
-        AEGP_StreamRefH stream = nullptr;
-        AEGP_StreamValue value{};
-        const A_Time start{0, 1};
-        pf->AEGP_GetNewEffectForEffect(0, in->effect_ref, &effect);
-        streams->AEGP_GetNewEffectStreamByIndex(0, effect, 1, &stream);
-        streams->AEGP_GetNewStreamValue(0, stream, 1, &start, 0, &value);
-        in->pica_basicP->ReleaseSuite("AEGP PF Interface Suite", 1);
-        in->pica_basicP->ReleaseSuite("AEGP Stream Suite", 4);
-    }
-    return broken::answer(cmd, in, out, output);
+BROKEN_AT(PF_Cmd_UPDATE_PARAMS_UI) {
+    const auto* pf = broken::acquire<AEGP_PFInterfaceSuite1>(in, "AEGP PF Interface Suite", 1);
+    const auto* streams = broken::acquire<AEGP_StreamSuite1>(in, "AEGP Stream Suite", 4);
+    AEGP_EffectRefH effect = nullptr;
+    AEGP_StreamRefH stream = nullptr;
+    AEGP_StreamValue value{};
+    const A_Time start{0, 1};
+    pf->AEGP_GetNewEffectForEffect(0, in->effect_ref, &effect);
+    streams->AEGP_GetNewEffectStreamByIndex(0, effect, 1, &stream);
+    streams->AEGP_GetNewStreamValue(0, stream, 1, &start, 0, &value);
+    in->pica_basicP->ReleaseSuite("AEGP PF Interface Suite", 1);
+    return in->pica_basicP->ReleaseSuite("AEGP Stream Suite", 4);
 }

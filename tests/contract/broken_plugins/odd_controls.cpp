@@ -23,8 +23,4 @@ static PF_Err add_odd_controls(PF_InData* in, PF_OutData* out) {
     return PF_Err_NONE;
 }
 
-BROKEN_EXPORT PF_Err EntryPointFunc(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef*[],
-                                    PF_LayerDef* output, void*) {
-    if (cmd == PF_Cmd_PARAMS_SETUP) return add_odd_controls(in, out);
-    return broken::answer(cmd, in, out, output);
-}
+BROKEN_AT(PF_Cmd_PARAMS_SETUP) { return add_odd_controls(in, out); }

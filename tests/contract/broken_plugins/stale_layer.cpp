@@ -5,17 +5,14 @@
 
 static AEGP_LayerH kept = nullptr;
 
-BROKEN_EXPORT PF_Err EntryPointFunc(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef*[],
-                                    PF_LayerDef* output, void*) {
-    if (cmd == PF_Cmd_RENDER) {
-        const auto* pf = broken::acquire<AEGP_PFInterfaceSuite1>(in, "AEGP PF Interface Suite", 1);
-        const auto* layers = broken::acquire<AEGP_LayerSuite1>(in, "AEGP Layer Suite", 5);
-        A_char name[32];
-        if (kept && layers->AEGP_GetLayerName(kept, name, nullptr) == PF_Err_NONE)
-            return PF_Err_INTERNAL_STRUCT_DAMAGED;
-        pf->AEGP_GetEffectLayer(in->effect_ref, &kept);
-        in->pica_basicP->ReleaseSuite("AEGP PF Interface Suite", 1);
-        in->pica_basicP->ReleaseSuite("AEGP Layer Suite", 5);
-    }
-    return broken::answer(cmd, in, out, output);
+BROKEN_AT(PF_Cmd_RENDER) {
+    const auto* pf = broken::acquire<AEGP_PFInterfaceSuite1>(in, "AEGP PF Interface Suite", 1);
+    const auto* layers = broken::acquire<AEGP_LayerSuite1>(in, "AEGP Layer Suite", 5);
+    A_char name[32];
+    if (kept && layers->AEGP_GetLayerName(kept, name, nullptr) == PF_Err_NONE)
+        return PF_Err_INTERNAL_STRUCT_DAMAGED;
+    pf->AEGP_GetEffectLayer(in->effect_ref, &kept);
+    in->pica_basicP->ReleaseSuite("AEGP PF Interface Suite", 1);
+    in->pica_basicP->ReleaseSuite("AEGP Layer Suite", 5);
+    return broken::render(in, output);
 }

@@ -9,8 +9,4 @@ static PF_Err counting_row(void* refcon, A_long x, A_long y, PF_Pixel* in, PF_Pi
     return error;
 }
 
-BROKEN_EXPORT PF_Err EntryPointFunc(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef*[],
-                                    PF_LayerDef* output, void*) {
-    if (cmd == PF_Cmd_RENDER) return broken::render(in, output, counting_row);
-    return broken::answer(cmd, in, out, output);
-}
+BROKEN_AT(PF_Cmd_RENDER) { return broken::render(in, output, counting_row); }

@@ -7,8 +7,4 @@ static PF_Err one_more(void* refcon, A_long x, A_long y, PF_Pixel* in, PF_Pixel*
     return broken::number_row(refcon, x, y, in, out);
 }
 
-BROKEN_EXPORT PF_Err EntryPointFunc(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef*[],
-                                    PF_LayerDef* output, void*) {
-    if (cmd == PF_Cmd_RENDER) return broken::render(in, output, one_more);
-    return broken::answer(cmd, in, out, output);
-}
+BROKEN_AT(PF_Cmd_RENDER) { return broken::render(in, output, one_more); }

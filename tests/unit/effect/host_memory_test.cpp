@@ -48,21 +48,5 @@ TEST(HostMemory, EachOperationChoosesForItselfAndLeavesForeignBlocksAlone) {
     std::free(handle);
 }
 
-TEST(HostMemory, NothingIsDoneWithANullHandle) {
-    PF_UtilCallbacks utils{};
-    utils.host_new_handle = [](A_u_longlong) -> PF_Handle { return nullptr; };
-    utils.host_lock_handle = [](PF_Handle) -> void* { std::abort(); };
-    utils.host_unlock_handle = [](PF_Handle) { std::abort(); };
-    utils.host_dispose_handle = [](PF_Handle) { std::abort(); };
-    PF_InData in_data{};
-    in_data.utils = &utils;
-    HostArray<double> array(&in_data);
-    EXPECT_FALSE(array.Allocate(10));
-    EXPECT_EQ(array.get(), nullptr);
-    const LockedHandle locked(&in_data, nullptr);
-    WriteReachLayerId(locked.get(), 7);
-    EXPECT_EQ(ReadReachLayerId(locked.get()), 0);
-}
-
 }  // namespace
 }  // namespace zam

@@ -31,11 +31,11 @@ class RowsTest : public testing::Test {
   protected:
     // Renders row y both ways, between guard pixels and over a pattern that shows which pixels are written.
     void Compare(const Frame& frame, A_long y, const std::string& what) {
-        if (frame.data().deep) {
-            CompareAs<A_u_short>(frame, y, what);
-        } else {
-            CompareAs<A_u_char>(frame, y, what);
-        }
+        if (frame.data().deep) return CompareAs<A_u_short>(frame, y, what);
+        CompareAs<A_u_char>(frame, y, what);
+    }
+    void CompareRows(const Frame& frame, A_long step, const std::string& what) {
+        for (A_long y = 0; y < frame.data().height; y += step) Compare(frame, y, what);
     }
 
     void TearDown() override {
@@ -157,9 +157,7 @@ TEST_F(RowsTest, RandomFrames) {
     for (unsigned seed = 1; seed <= 2500; ++seed) {
         test::Random random(seed);
         const Scene scene = AnyScene(random);
-        const Frame frame(scene);
-        const A_long step = std::max(1, scene.height / 9);
-        for (A_long y = 0; y < scene.height; y += step) Compare(frame, y, "seed " + std::to_string(seed));
+        CompareRows(Frame(scene), std::max(1, scene.height / 9), "seed " + std::to_string(seed));
     }
     EXPECT_GT(lit_, 1000000);
 }
@@ -180,12 +178,9 @@ TEST_F(RowsTest, UsualFrames) {
                 literal::AddSpots(random, 3, Cones::typical, feather, &scene);
                 literal::AddSpots(random, 1, Cones::filling, feather, &scene);
                 literal::AddSpots(random, 2, Cones::outside, feather, &scene);
-                const Frame frame(literal::Resized(scene, 333, 187));
-                for (A_long y = 0; y < frame.data().height; y += 6) {
-                    Compare(frame, y,
+                CompareRows(Frame(literal::Resized(scene, 333, 187)), 6,
                             "models " + std::to_string(point_model) + " and " + std::to_string(spot_model) +
                                 " feather " + std::to_string(feather));
-                }
             }
         }
     }
@@ -235,17 +230,49 @@ TEST_F(RowsTest, DegenerateRays) {
                     light.color = {1.0, 0.5, 0.25};
                     light.intensity = 0.8;
                     scene.spot_lights = {light};
-                    const Frame frame(scene);
-                    for (A_long y = 0; y < scene.height; ++y) {
-                        Compare(frame, y,
+                    CompareRows(Frame(scene), 1,
                                 std::string(cone.name) + ", model " + std::to_string(model) + " feather " +
                                     std::to_string(feather));
-                    }
                 }
             }
         }
     }
     EXPECT_GT(lit_, 50000);
+}
+
+// Positions and axes on whole pixels and along the view's own axes, where rows run exactly through apexes.
+_VisLightStruct AlignedSpot(test::Random& random) {
+    const Vec3 axes[] = {{1, 0, 0}, {-1, 0, 0}, {0, 1, 0},     {0, -1, 0},
+                         {0, 0, 1}, {0, 0, -1}, {0.6, 0.8, 0}, {0.6, 0, 0.8}};
+    _VisLightStruct light;
+    const auto whole = [&](double low, double high) { return std::floor(random.between(low, high)); };
+    light.pos = {whole(-60, 60), whole(-30, 30), whole(-50, 300)};
+    light.dir = axes[static_cast<std::size_t>(random.between(0, 8))];
+    light.coneAngle = random.between(2, 175) * kPi / 180;
+    light.coneFeather = random.between(0, 1) < 0.5 ? 0.0 : 0.5;
+    light.radius = random.over_decades(5, 400);
+    light.color = {1, 1, 1};
+    light.intensity = 40.0;
+    return light;
+}
+
+// Columns that a cone cannot reach are passed over, and no others.
+TEST_F(RowsTest, ConesAlongTheViewsAxes) {
+    test::Random random(41);
+    for (int i = 0; i < 1500; ++i) {
+        Scene scene;
+        scene.width = 120;
+        scene.height = 60;
+        scene.zoom = 100;
+        scene.spots.model = 2 + i % 3;
+        scene.spots.startDistance = i % 5 == 0 ? 5.0 : 0.0;
+        scene.look = Look::strong;
+        scene.boxes = i % 4 == 0 ? Boxes::own : Boxes::nowhere;
+        scene.spot_lights.push_back(i % 3 ? AlignedSpot(random)
+                                          : literal::RandomSpot(random, Cones::typical, 0.5));
+        CompareRows(Frame(scene), i % 2 ? 1 : 7, "case " + std::to_string(i));
+    }
+    EXPECT_GT(lit_, 100000);
 }
 
 // Many blocks, and more spots than have their columns kept for the row.
@@ -273,8 +300,7 @@ TEST_F(RowsTest, FarPoints) {
         light.intensity = 0.01;
         scene.point_lights.push_back(light);
     }
-    const Frame frame(scene);
-    for (A_long y = 0; y < scene.height; ++y) Compare(frame, y, "far points");
+    CompareRows(Frame(scene), 1, "far points");
     EXPECT_GE(lit_, 2 * 4);
 }
 
@@ -289,8 +315,7 @@ TEST_F(RowsTest, LostPowers) {
     scene.points.model = 2;
     literal::AddPoints(random, 3, &scene);
     for (_VisLightStruct& light : scene.point_lights) light.intensity = 1e-8;
-    const Frame frame(scene);
-    for (A_long y = 0; y < scene.height; ++y) Compare(frame, y, "gamma 0.02");
+    CompareRows(Frame(scene), 1, "gamma 0.02");
     EXPECT_EQ(lit_, 0);
 }
 
@@ -308,8 +333,7 @@ TEST_F(RowsTest, OddStrengths) {
             literal::AddPoints(random, 1, &scene);
             scene.point_lights[0].color = {0.0, 1.0, 0.4};
             scene.point_lights[0].intensity = intensity;
-            const Frame frame(scene);
-            for (A_long y = 0; y < scene.height; ++y) Compare(frame, y, "look " + std::to_string(look));
+            CompareRows(Frame(scene), 1, "look " + std::to_string(look));
         }
     }
     EXPECT_GT(lit_, 0);

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "tests/counted/work.h"
-#include "tests/literal/literal_renderer.h"
 #include "tests/literal/random_frame.h"
 
 namespace zam {
@@ -11,64 +10,6 @@ namespace {
 
 using literal::Cones;
 using literal::Scene;
-
-// The columns that one light alone lights, by the literal renderer.
-Columns lit_columns(const literal::Frame& frame, A_long y) {
-    std::vector<PF_Pixel16> row(static_cast<std::size_t>(frame.data().width));
-    literal::PixelFunc(const_cast<_RenderData*>(&frame.data()), 0, y, nullptr,
-                       reinterpret_cast<PF_Pixel*>(row.data()));
-    Columns lit{0, 0};
-    for (int x = 0; x < frame.data().width; ++x) {
-        const PF_Pixel16& p = row[static_cast<std::size_t>(x)];
-        if (!(p.alpha | p.red | p.green | p.blue)) continue;
-        lit = lit.end == 0 ? Columns{x, x + 1} : Columns{lit.first, x + 1};
-    }
-    return lit;
-}
-
-// Positions and axes on whole pixels and along the view's own axes, where rows run exactly through apexes.
-_VisLightStruct aligned_spot(test::Random& random) {
-    const Vec3 axes[] = {{1, 0, 0}, {-1, 0, 0}, {0, 1, 0},     {0, -1, 0},
-                         {0, 0, 1}, {0, 0, -1}, {0.6, 0.8, 0}, {0.6, 0, 0.8}};
-    _VisLightStruct light;
-    const auto whole = [&](double low, double high) { return std::floor(random.between(low, high)); };
-    light.pos = {whole(-60, 60), whole(-30, 30), whole(-50, 300)};
-    light.dir = axes[static_cast<std::size_t>(random.between(0, 8))];
-    light.coneAngle = random.between(2, 175) * kPi / 180;
-    light.coneFeather = random.between(0, 1) < 0.5 ? 0.0 : 0.5;
-    light.radius = random.over_decades(5, 400);
-    light.color = {1, 1, 1};
-    light.intensity = 40.0;
-    return light;
-}
-
-TEST(Spans, HoldEveryLitColumn) {
-    test::Random random(41);
-    long lit_rows = 0;
-    for (int i = 0; i < 1500; ++i) {
-        Scene scene;
-        scene.width = 120;
-        scene.height = 60;
-        scene.zoom = 100;
-        scene.spots.model = 2 + i % 3;
-        scene.spots.startDistance = i % 5 == 0 ? 5.0 : 0.0;
-        scene.points.model = 1;
-        scene.look = Look::strong;
-        scene.boxes = i % 4 == 0 ? literal::Boxes::own : literal::Boxes::nowhere;
-        scene.spot_lights.push_back(i % 3 ? aligned_spot(random)
-                                          : literal::RandomSpot(random, Cones::typical, 0.5));
-        const literal::Frame frame(scene);
-        for (A_long y = 0; y < scene.height; y += i % 2 ? 1 : 7) {
-            const Columns lit = lit_columns(frame, y), columns = SpotColumns(frame.data(), 0, y);
-            if (lit.end == 0) continue;
-            ++lit_rows;
-            ASSERT_TRUE(columns.first <= lit.first && lit.end <= columns.end)
-                << "case " << i << " row " << y << " lit " << lit.first << ".." << lit.end << " columns "
-                << columns.first << ".." << columns.end;
-        }
-    }
-    EXPECT_GT(lit_rows, 10000);
-}
 
 // The roots that a picture takes beyond the one of each pixel's ray. The look must take none itself.
 long roots_of_lights(const Scene& scene, A_long step) {

@@ -18,18 +18,11 @@ constexpr float kHalf = 0.70710678f;  // sine and cosine of 45 degrees: a quater
 void expect_row(const Scene& scene, const std::string& name, double frame, int row,
                 const host::Vec3& wanted) {
     const host::Matrix m = host::world_from_layer(scene.composition, layer_named(scene, name), frame);
-    const double tolerance = row == 3 ? 1e-3 : 1e-6;
-    EXPECT_NEAR(m.at[row][0], wanted.x, tolerance) << name << " row " << row << " x at frame " << frame;
-    EXPECT_NEAR(m.at[row][1], wanted.y, tolerance) << name << " row " << row << " y at frame " << frame;
-    EXPECT_NEAR(m.at[row][2], wanted.z, tolerance) << name << " row " << row << " z at frame " << frame;
+    for (const auto& [column, part] : {std::pair(0, wanted.x), {1, wanted.y}, {2, wanted.z}})
+        EXPECT_NEAR(m.at[row][column], part, row == 3 ? 1e-3 : 1e-6)
+            << name << " row " << row << " column " << column << " at frame " << frame;
 }
-// Where it stands and, with the light's or camera's own axis, whither it looks.
-void expect_place(const Scene& scene, const std::string& name, double frame, const host::Vec3& position) {
-    expect_row(scene, name, frame, 3, position);
-}
-void expect_look(const Scene& scene, const std::string& name, double frame, const host::Vec3& direction) {
-    expect_row(scene, name, frame, 2, direction);
-}
+constexpr int kLook = 2, kPlace = 3;  // whither its own axis points, and where it stands
 
 TEST(Gltf, HierarchyIsMappedWithoutMirroring) {
     GltfFile file;
@@ -45,18 +38,18 @@ TEST(Gltf, HierarchyIsMappedWithoutMirroring) {
         {"name": "Rolled", "rotation": [0, 0, 0.70710678, 0.70710678], "camera": 0})";
     file.cameras = R"({"type": "perspective", "perspective": {"yfov": 0.9272952180016122, "znear": 1}})";
     const Scene scene = read_small(file);
-    expect_place(scene, "Down", 0, {320 - 100, 180 - 200, -300});
-    expect_look(scene, "Down", 0, {0, 1, 0});
-    expect_place(scene, "Ahead", 0, {320 + 100, 180 - 200, -300});
-    expect_look(scene, "Ahead", 0, {-1, 0, 0});
+    expect_row(scene, "Down", 0, kPlace, {320 - 100, 180 - 200, -300});
+    expect_row(scene, "Down", 0, kLook, {0, 1, 0});
+    expect_row(scene, "Ahead", 0, kPlace, {320 + 100, 180 - 200, -300});
+    expect_row(scene, "Ahead", 0, kLook, {-1, 0, 0});
     // Its own -z, which the matrix takes to +x, is turned by the root to -z, away from the viewer. Upright
     // and not mirrored: right stays right.
-    expect_place(scene, "Matrix", 0, {420, 180 - 700, -300});
-    expect_look(scene, "Matrix", 0, {0, 0, 1});
+    expect_row(scene, "Matrix", 0, kPlace, {420, 180 - 700, -300});
+    expect_row(scene, "Matrix", 0, kLook, {0, 0, 1});
     expect_row(scene, "Matrix", 0, 0, {1, 0, 0});
     expect_row(scene, "Matrix", 0, 1, {0, 1, 0});
     // Rolled to the left: its right is up, its down is right.
-    expect_look(scene, "Rolled", 0, {0, 0, 1});
+    expect_row(scene, "Rolled", 0, kLook, {0, 0, 1});
     expect_row(scene, "Rolled", 0, 0, {0, -1, 0});
     expect_row(scene, "Rolled", 0, 1, {1, 0, 0});
     EXPECT_NEAR(layer_named(scene, "Matrix").camera.zoom.at(0), 360.0, 1e-9);  // tan(yfov / 2) = 0.5
@@ -72,12 +65,12 @@ TEST(Gltf, ScaleMovesLightsWithoutStretchingTheirAxes) {
         R"(, {"scale": [1, 1, -1], "children": [3]}, {"name": "B", "translation": [0, 0, -1], )" + carrier +
         R"(, {"scale": [0, 0, 0], "rotation": [0, 1, 0, 0], "children": [5]}, {"name": "C", )" + carrier;
     const Scene scene = read_small(file);
-    expect_place(scene, "A", 0, {320 + 300, 180, 0});
-    expect_look(scene, "A", 0, {0, 0, 1});
-    expect_place(scene, "B", 0, {320, 180, -100});
-    expect_look(scene, "B", 0, {0, 0, -1});
-    expect_place(scene, "C", 0, {320, 180, 0});
-    expect_look(scene, "C", 0, {0, 0, -1});  // scaled to nothing: the rotation still tells
+    expect_row(scene, "A", 0, kPlace, {320 + 300, 180, 0});
+    expect_row(scene, "A", 0, kLook, {0, 0, 1});
+    expect_row(scene, "B", 0, kPlace, {320, 180, -100});
+    expect_row(scene, "B", 0, kLook, {0, 0, -1});
+    expect_row(scene, "C", 0, kPlace, {320, 180, 0});
+    expect_row(scene, "C", 0, kLook, {0, 0, -1});  // scaled to nothing: the rotation still tells
 }
 
 TEST(Gltf, AnimationIsSampledAtEachFrame) {
@@ -100,17 +93,17 @@ TEST(Gltf, AnimationIsSampledAtEachFrame) {
     EXPECT_EQ(scene.composition.duration, 25);  // frames 0 to 24, the last key's
 
     const double quarter = 22.5 / 180 * std::numbers::pi;  // at 0.25 s
-    expect_look(scene, "Linear", 6, {-std::sin(quarter), 0, std::cos(quarter)});
-    expect_place(scene, "Linear", 6, {320 + 100 * std::sin(quarter), 180, -100 * std::cos(quarter)});
+    expect_row(scene, "Linear", 6, kLook, {-std::sin(quarter), 0, std::cos(quarter)});
+    expect_row(scene, "Linear", 6, kPlace, {320 + 100 * std::sin(quarter), 180, -100 * std::cos(quarter)});
     const double later = 2 * quarter * 9 / 12;  // at 0.375 s, half way of the translation
-    expect_place(scene, "Linear", 9, {320 + 100 * std::sin(later), 180 - 100, -100 * std::cos(later)});
-    expect_look(scene, "Linear", 24, {-1, 0, 0});
+    expect_row(scene, "Linear", 9, kPlace, {320 + 100 * std::sin(later), 180 - 100, -100 * std::cos(later)});
+    expect_row(scene, "Linear", 24, kLook, {-1, 0, 0});
     const double between = 90.0 * 6.5 / 24 / 180 * std::numbers::pi;  // between two keys of ours
-    expect_look(scene, "Linear", 6.5, {-std::sin(between), 0, std::cos(between)});
-    expect_place(scene, "Step", 11, {420, 180, 0});
-    expect_place(scene, "Step", 12, {520, 180, 0});
-    expect_place(scene, "Cubic", 6, {320 + 100 * (0.5 + 4 * 0.5 * 0.125), 180, 0});
-    expect_look(scene, "Long way", 12, {-std::sqrt(0.5), 0, std::sqrt(0.5)});
+    expect_row(scene, "Linear", 6.5, kLook, {-std::sin(between), 0, std::cos(between)});
+    expect_row(scene, "Step", 11, kPlace, {420, 180, 0});
+    expect_row(scene, "Step", 12, kPlace, {520, 180, 0});
+    expect_row(scene, "Cubic", 6, kPlace, {320 + 100 * (0.5 + 4 * 0.5 * 0.125), 180, 0});
+    expect_row(scene, "Long way", 12, kLook, {-std::sqrt(0.5), 0, std::sqrt(0.5)});
 }
 
 TEST(Gltf, LightValuesAndOptions) {
@@ -169,7 +162,7 @@ TEST(Gltf, BuffersAreFoundWhereverTheyMayBe) {
         file.animate(0, "translation", "LINEAR", {0, 1}, {0, 0, 0, 1, 2, 3});
         const Scene scene =
             gltf::read_gltf(file.write("scene.bin"), small_options());  // known by its content
-        expect_place(scene, "Light 1", 24, {420, -20, -300});
+        expect_row(scene, "Light 1", 24, kPlace, {420, -20, -300});
     }
 }
 
@@ -212,6 +205,7 @@ TEST(Gltf, RefusalsNamePlaceAndWayOut) {
     struct Case {
         const char *lights, *nodes, *more, *message;
     };
+    const char* point = R"({"type": "point"})";
     const char* carrier = R"({"extensions": {"KHR_lights_punctual": {"light": 0}}})";
     const Case cases[] = {
         {R"({"type": "area"})", carrier, "",
@@ -228,21 +222,20 @@ TEST(Gltf, RefusalsNamePlaceAndWayOut) {
         {R"({"type": "point", "color": [1, 1]})", carrier, "", "lights/0/color: "},
         {R"({"type": "point", "intensity": -1})", carrier, "", "intensity is negative"},
         {R"({"type": "point", "range": 0})", carrier, "", "range is not above 0"},
-        {R"({"type": "point"})", R"({"extensions": {"KHR_lights_punctual": {"light": 1}}})", "",
+        {point, R"({"extensions": {"KHR_lights_punctual": {"light": 1}}})", "",
          ":5:50: /nodes/0/extensions/KHR_lights_punctual/light: there is no such light: the file defines 1"},
-        {R"({"type": "point"})", R"({"camera": 0})", "", "/nodes/0/camera: there is no element 0 in cameras"},
-        {R"({"type": "point"})", R"({"extensions": []})", "", "/nodes/0/extensions: extensions is an array"},
-        {R"({"type": "point"})", R"({"rotation": [0, 0, 0]})", "",
-         "/nodes/0/rotation: rotation is not an array of 4"},
-        {R"({"type": "point"})", R"({"rotation": [0, 0, 0, 0]})", "", "no unit quaternion"},
-        {R"({"type": "point"})", R"({"children": [1]}, {"children": [0]})", R"("scenes": [{"nodes": [0]}])",
+        {point, R"({"camera": 0})", "", "/nodes/0/camera: there is no element 0 in cameras"},
+        {point, R"({"extensions": []})", "", "/nodes/0/extensions: extensions is an array"},
+        {point, R"({"rotation": [0, 0, 0]})", "", "/nodes/0/rotation: rotation is not an array of 4"},
+        {point, R"({"rotation": [0, 0, 0, 0]})", "", "no unit quaternion"},
+        {point, R"({"children": [1]}, {"children": [0]})", R"("scenes": [{"nodes": [0]}])",
          "/nodes/0: node 0 hangs below itself"},
-        {R"({"type": "point"})", R"({}, {"children": [0]})", R"("scenes": [{"nodes": [0]}])",
+        {point, R"({}, {"children": [0]})", R"("scenes": [{"nodes": [0]}])",
          "/scenes/0/nodes/0: node 0 is no root"},
-        {R"({"type": "point"})", R"({"children": [2]}, {"children": [2]}, {})", "", "node 2 has two parents"},
-        {R"({"type": "point"})", carrier, R"("extensionsRequired": ["KHR_lights_punctual", "EXT_fog"])",
+        {point, R"({"children": [2]}, {"children": [2]}, {})", "", "node 2 has two parents"},
+        {point, carrier, R"("extensionsRequired": ["KHR_lights_punctual", "EXT_fog"])",
          "/extensionsRequired/1: the file requires the extension \"EXT_fog\""},
-        {R"({"type": "point"})", carrier,
+        {point, carrier,
          R"("animations": [{"samplers": [{"input": 0, "output": 7}],
              "channels": [{"sampler": 0, "target": {"node": 0, "path": "translation"}}]}])",
          "/animations/0/samplers/0/output: there is no element 7 in accessors"},

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "effect/render/kernels/refine.h"
 #include "tests/unit/effect/kernels/random_scene.h"
 
 namespace zam {
@@ -81,55 +80,6 @@ TEST(Cone, ReachPlaneEndsTheConeOnTheLightsSide) {
         expect_same_inside(c, i % 2 == 0, random);
         if (HasFatalFailure()) return;
     }
-}
-
-struct Refined {
-    Stretch own, blended;
-};
-
-// The pixel at px, py of a 200 x 100 picture with zoom 100.
-Refined refine(const test::SpotCase& c, double px, double py) {
-    test::SpotCase pixel = c;
-    pixel.dx = (px - 100) / 100.0;
-    pixel.dy = (py - 50) / 100.0;
-    test::derive(pixel);
-    Refined r;
-    r.own = r.blended = intersect(pixel, false);
-    const PixelRays rays{0.01, 1.0, 1.0, 200, 100};
-    const FirstSamples<double> first = MakeFirstSamples(pixel.settings, pixel.light, pixel.opt, rays, px, py);
-    RefineIntersection(pixel.settings, pixel.light, pixel.opt, rays, px, py, first, pixel.opt.coneCInner,
-                       pixel.opt.cosInnerSq, &r.blended.near, &r.blended.far);
-    return r;
-}
-
-TEST(Refine, SmoothsTheSilhouette) {
-    test::SpotCase c;  // looks right, from the left edge of the picture
-    c.light.pos = {-100, 0, 100};
-    c.light.dir = {1, 0, 0};
-    c.light.coneAngle = 0.6;
-    c.light.radius = 1000;
-    test::derive(c);
-    // Outside all samples nothing changes; well inside, the mean of three nearly equal stretches.
-    const Refined outside = refine(c, 50, 95), inside = refine(c, 150, 50);
-    EXPECT_EQ(outside.blended.near, outside.own.near);
-    EXPECT_EQ(outside.blended.far, outside.own.far);
-    EXPECT_NEAR(inside.blended.far - inside.blended.near, inside.own.far - inside.own.near, 0.5);
-    // Down across the edge in quarter pixels the length falls without a jump larger than without refinement.
-    double largest = 0.0, largest_own = 0.0;
-    Refined before = refine(c, 120, 50);
-    bool partial = false;
-    for (double y = 50.25; y < 100; y += 0.25) {
-        const Refined r = refine(c, 120, y);
-        largest = std::max(largest, std::fabs((r.blended.far - r.blended.near) -
-                                              (before.blended.far - before.blended.near)));
-        largest_own =
-            std::max(largest_own, std::fabs((r.own.far - r.own.near) - (before.own.far - before.own.near)));
-        partial = partial || (r.own.empty() && !r.blended.empty()) ||
-                  (!r.own.empty() && r.blended.far - r.blended.near < 0.9 * (r.own.far - r.own.near));
-        before = r;
-    }
-    EXPECT_TRUE(partial);
-    EXPECT_LT(largest, largest_own);
 }
 
 }  // namespace

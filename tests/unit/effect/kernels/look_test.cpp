@@ -2,32 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 
 namespace zam {
 namespace {
-
-TEST(Look, CurvesAndSquares) {
-    const struct {
-        Look look;
-        bool squares;
-        double of_quarter, of_two;
-    } rows[] = {
-        {Look::weak, true, 0.25, 1.0},
-        {Look::linear, false, 0.25, 1.0},
-        {Look::natural, true, 0.5, 1.0},
-        {Look::strong, false, 0.5, 1.0},
-        {Look::adjustable_linear, false, std::pow(0.25, 0.4), 1.0},
-        {Look::adjustable_natural, true, std::pow(0.25, 0.4), 1.0},
-    };
-    for (const auto& row : rows) {
-        const auto value = static_cast<std::int32_t>(row.look);
-        EXPECT_EQ(SquaresLights(value), row.squares) << value;
-        EXPECT_DOUBLE_EQ(ShapeByLook(value, 1 / 2.5, 0.25), row.of_quarter) << value;
-        EXPECT_EQ(ShapeByLook(value, 1 / 2.5, 2.0), row.of_two) << value;
-    }
-}
 
 TEST(Look, ChannelCodesAreDefinedForEveryNumber) {
     const double inf = std::numeric_limits<double>::infinity(),

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/reference/quadrature.h"
+#include "tests/reference/point_glow.h"
 #include "tests/unit/effect/kernels/random_scene.h"
 
 namespace zam {
@@ -49,12 +49,6 @@ PointCase random_point(test::Random& random, PointModel model) {
     return c;
 }
 
-// Squared distance of the ray's point at t from the light, in long double.
-long double distance_sq(const PointCase& c, long double t) {
-    const long double x = t * c.dx - c.light.pos.x, y = t * c.dy - c.light.pos.y, z = t - c.light.pos.z;
-    return x * x + y * y + z * z;
-}
-
 double dot_ray(const PointCase& c) { return c.dx * c.light.pos.x + c.dy * c.light.pos.y + c.light.pos.z; }
 
 double natural_alpha(const PointCase& c) {
@@ -73,68 +67,30 @@ double source_alpha(const PointCase& c) {
            (2.0 * c.settings.sourceRadius);
 }
 
-TEST(PointLights, NaturalIsTheIntegralOfTheSoftenedInverseSquare) {
+// The reference renderer integrates, and finds the ends of chords by bisection.
+TEST(PointLights, AreWhatQuadratureAndBisectionFind) {
+    const std::tuple<PointModel, reference::PointModel, double (*)(const PointCase&), double> models[] = {
+        {PointModel::natural, reference::PointModel::kNatural, natural_alpha, 1e-9},
+        {PointModel::radius, reference::PointModel::kRadius, glow_alpha, 1e-7},
+        {PointModel::source, reference::PointModel::kSource, source_alpha, 1e-7}};
     test::Random random(1);
-    for (int i = 0; i < 3000; ++i) {
-        const PointCase c = random_point(random, PointModel::natural);
-        const long double k_sq = c.settings.softKSq;
-        const long double closest =
-            (static_cast<long double>(c.dx) * c.light.pos.x + c.dy * c.light.pos.y + c.light.pos.z) / c.a;
-        const long double width = std::sqrt((distance_sq(c, closest) + k_sq) / c.a);
-        const long double glow =
-            c.settings.softKRoot *
-            reference::integrate_to_infinity([&](long double t) { return 1 / (distance_sq(c, t) + k_sq); }, 0,
-                                             closest, width);
-        const double expected = static_cast<double>(glow) * c.light.intensity;
-        ASSERT_NEAR(natural_alpha(c), expected, 1e-9 * expected) << "case " << i;
-    }
-}
-
-TEST(PointLights, NaturalStaysFiniteFarAway) {
-    test::Random random(2);
-    for (int i = 0; i < 2000; ++i) {
-        PointCase c;
-        const Vec3 far = random.direction();
-        const double distance = random.over_decades(1e6, 1e30);
-        c.light.pos = {far.x * distance, far.y * distance, far.z * distance};
-        c.light.intensity = 1.0;
-        c.settings.model = PointModel::natural;
-        c.dx = far.z > 0.1 ? far.x / far.z : 0.0;
-        c.dy = far.z > 0.1 ? far.y / far.z : 0.0;
-        derive(c);
-        ASSERT_TRUE(std::isfinite(natural_alpha(c))) << distance;
-    }
-}
-
-TEST(PointLights, SphereModelsAreTheLengthInsideTheSphere) {
-    test::Random random(3);
-    for (int i = 0; i < 400; ++i) {
-        PointCase c = random_point(random, i % 2 ? PointModel::radius : PointModel::source);
-        c.settings.softness = 0.0;
-        derive(c);
-        const double radius = i % 2 ? c.light.radius : c.settings.sourceRadius;
-        const double strength = i % 2 ? c.light.intensity : c.light.sourceIntensity;
-        const long double closest = std::max(
-            0.0L,
-            (static_cast<long double>(c.dx) * c.light.pos.x + c.dy * c.light.pos.y + c.light.pos.z) / c.a);
-        long double inside = 0;  // of [0, ...), by bisection from the closest point on either side
-        const auto is_inside = [&](long double t) {
-            return distance_sq(c, t) < static_cast<long double>(radius) * radius;
-        };
-        if (is_inside(closest)) {
-            for (const long double end : {closest + 2 * radius, std::max(0.0L, closest - 2 * radius)}) {
-                long double in = closest, out = end;
-                if (is_inside(out)) in = out;
-                for (int step = 0; step < 80 && !is_inside(out); ++step) {
-                    const long double mid = (in + out) / 2;
-                    (is_inside(mid) ? in : out) = mid;
-                    if (in == out) break;
-                }
-                inside += std::fabs(in - closest);
-            }
+    for (const auto& [model, of_reference, alpha, tolerance] : models) {
+        const bool natural = model == PointModel::natural;
+        for (int i = 0; i < (natural ? 3000 : 400); ++i) {
+            PointCase c = random_point(random, model);
+            if (!natural) c.settings.softness = 0.0;
+            derive(c);
+            const reference::PointGlow light{{c.light.pos.x, c.light.pos.y, c.light.pos.z},
+                                             {1, 1, 1},
+                                             c.light.intensity,
+                                             c.light.sourceIntensity,
+                                             c.light.radius};
+            const reference::Controls controls{.point_model = of_reference,
+                                               .softness = 100 * c.settings.softness,
+                                               .source_radius = c.settings.sourceRadius};
+            const auto expected = static_cast<double>(point_glow(controls, light, {c.dx, c.dy, 1}).alpha);
+            ASSERT_NEAR(alpha(c), expected, tolerance * (natural ? expected : 2)) << "case " << i;
         }
-        const double expected = static_cast<double>(inside) * strength / (2 * radius);
-        ASSERT_NEAR(i % 2 ? glow_alpha(c) : source_alpha(c), expected, 1e-7 * strength) << "case " << i;
     }
 }
 

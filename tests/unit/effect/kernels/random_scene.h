@@ -53,11 +53,8 @@ inline void derive(SpotCase& c) {
     c.opt.coneCInner = c.opt.axisDotPos * c.opt.axisDotPos - c.opt.cosInnerSq * c.opt.distSq;
     c.opt.startPlane = c.opt.axisDotPos + c.settings.startDistance * dot(l.dir, l.dir);
     c.opt.endPlane = c.opt.axisDotPos + l.radius * dot(l.dir, l.dir);
-    const double feather = c.opt.cosInner - c.opt.cosOuter, across = std::hypot(l.dir.x, l.dir.y);
+    const double feather = c.opt.cosInner - c.opt.cosOuter;
     c.opt.invFeather = feather != 0.0 ? 1.0 / feather : 0.0;
-    c.opt.acrossX = across > 0.0 ? -l.dir.y / across : 0.0;
-    c.opt.acrossY = across > 0.0 ? l.dir.x / across : 0.0;
-    c.opt.firstOffset = 0.6;
 }
 
 inline SpotCase random_spot(Random& random) {

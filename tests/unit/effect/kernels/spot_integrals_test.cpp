@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "effect/render/kernels/cone.h"
-#include "tests/reference/quadrature.h"
+#include "tests/reference/spot_light.h"
 #include "tests/unit/effect/kernels/random_scene.h"
 
 namespace zam {
@@ -47,29 +47,20 @@ Integrals closed_forms(const test::SpotCase& c, double t0, double t1) {
 
 // The same by quadrature of the definitions.
 Integrals quadratures(const test::SpotCase& c, double t0, double t1) {
-    const Vec3 &p = c.light.pos, &d = c.light.dir;
-    const long double cos_outer = c.opt.cosOuter, cos_inner = c.opt.cosInner;
-    const long double closest = (static_cast<long double>(c.dx) * p.x + c.dy * p.y + p.z) / c.a;
-    const auto q0 = [&](long double t) {
-        const long double x = t * c.dx - p.x, y = t * c.dy - p.y, z = t - p.z;
-        return x * x + y * y + z * z;
+    using reference::Falloff;
+    reference::SpotCone cone{};
+    cone.apex = {c.light.pos.x, c.light.pos.y, c.light.pos.z};
+    cone.axis = {c.light.dir.x, c.light.dir.y, c.light.dir.z};
+    cone.cos_inner = c.opt.cosInner;
+    cone.cos_outer = c.opt.cosOuter;
+    const auto plain = [&](Falloff falloff) {
+        return static_cast<double>(fog(falloff, {c.dx, c.dy, 1}, cone, t0, t1));
     };
-    const auto along = [&](long double t) {
-        return (t * c.dx - p.x) * d.x + (t * c.dy - p.y) * d.y + (t - p.z) * d.z;
+    const auto weighted = [&](Falloff falloff) {
+        return static_cast<double>(feathered_fog(falloff, {c.dx, c.dy, 1}, cone, t0, t1));
     };
-    const auto weight = [&](long double t, long double root) {
-        return (along(t) / root - cos_outer) / (cos_inner - cos_outer);
-    };
-    const auto integral = [&](auto f, long double width) {
-        return static_cast<double>(reference::integrate_around(f, t0, t1, closest, width));
-    };
-    const long double soft = std::sqrt((q0(closest) + 1) / c.a), sharp = std::sqrt(q0(closest) / c.a);
-    return {
-        integral([&](long double t) { return 1 / (q0(t) + 1); }, soft),
-        integral([&](long double t) { return weight(t, std::sqrt(q0(t) + 1)) / (q0(t) + 1); }, soft),
-        integral([&](long double t) { return 1 / std::sqrt(q0(t) + 1); }, soft),
-        integral([&](long double t) { return weight(t, std::sqrt(q0(t) + 1)) / std::sqrt(q0(t) + 1); }, soft),
-        integral([&](long double t) { return weight(t, std::sqrt(q0(t))); }, sharp)};
+    return {plain(Falloff::kInverseSquare), weighted(Falloff::kInverseSquare), plain(Falloff::kInverse),
+            weighted(Falloff::kInverse), weighted(Falloff::kNone)};
 }
 
 // Absolute error against the size of what cancels: F(t1) - F(t0), and a division by cosInner - cosOuter.
@@ -88,30 +79,6 @@ TEST(SpotIntegrals, ClosedFormsAreTheIntegrals) {
         ASSERT_NEAR(got.natural_feather, expected.natural_feather, 1e-8 * feather) << c;
         ASSERT_NEAR(got.distance_feather, expected.distance_feather, 1e-8 * feather) << c;
         ASSERT_NEAR(got.constant_feather, expected.constant_feather, 1e-8 * feather * (1 + t1 - t0)) << c;
-    }
-}
-
-// The near and the far stretch of a feather in one, against one after the other.
-TEST(SpotIntegrals, TwoStretchesInOneAreTheSumOfBoth) {
-    test::Random random(14);
-    for (int i = 0; i < 5000; ++i) {
-        const test::SpotCase c = test::random_spot(random);
-        double t[4] = {random.between(0, 500), 0, 0, 0};
-        for (int n = 1; n < 4; ++n)
-            t[n] = t[n - 1] + (random.between(0, 1) < 0.2 ? 0.0 : random.over_decades(0.01, 2000));
-        const auto check = [&](const auto& fog) {
-            const FeatherEnds<decltype(fog.At(0))> ends{fog.At(t[0]), fog.At(t[1]), fog.At(t[2]),
-                                                        fog.At(t[3])};
-            const double near = fog.IntegrateCosine(ends.f_in, ends.t_in),
-                         far = fog.IntegrateCosine(ends.t_out, ends.f_out);
-            ASSERT_NEAR(fog.IntegrateCosine(ends), near + far,
-                        1e-10 * (1e-3 + std::fabs(near) + std::fabs(far)))
-                << c;
-        };
-        const Fogs fog(c);
-        check(fog.natural);
-        check(fog.distance);
-        check(fog.constant);
     }
 }
 
@@ -157,24 +124,6 @@ TEST(SpotIntegrals, StretchesKnownNotToBeNegativeAreNot) {
     }
     EXPECT_GT(negative, 100);
     EXPECT_GT(known, 10000);
-}
-
-TEST(SpotIntegrals, ConstantModelStaysFiniteThroughTheApex) {
-    test::Random random(13);
-    for (int i = 0; i < 20000; ++i) {
-        test::SpotCase c = test::random_spot(random);
-        c.light.pos.z = random.between(1, 3000);
-        c.dx = c.light.pos.x / c.light.pos.z;
-        c.dy = c.light.pos.y / c.light.pos.z;
-        test::derive(c);
-        // Beyond the apex the cosine stands still, so the integral is a length times the weight.
-        const double apex = c.light.pos.z, length = 100.0;
-        const double cosine = (c.dx * c.light.dir.x + c.dy * c.light.dir.y + c.light.dir.z) / std::sqrt(c.a);
-        const double weight = (cosine - c.opt.cosOuter) / (c.opt.cosInner - c.opt.cosOuter);
-        const double feather = 1.0 / (c.opt.cosInner - c.opt.cosOuter);
-        ASSERT_NEAR(closed_forms(c, apex, apex + length).constant_feather, weight * length, 1e-4 * feather)
-            << c;
-    }
 }
 
 }  // namespace

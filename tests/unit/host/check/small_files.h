@@ -2,6 +2,7 @@
 // Plug-in files of a few hundred bytes, made by hand, with all that the readers look for.
 #include <algorithm>
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,14 @@ class FileMaker {
         for (int i = 0; i < width; ++i)
             bytes[at + static_cast<std::size_t>(i)] =
                 static_cast<std::uint8_t>(value >> 8 * (order_ == ByteOrder::little ? i : width - 1 - i));
+    }
+    struct Number {
+        std::size_t at;
+        std::uint64_t value;
+        int width;
+    };
+    void put(std::initializer_list<Number> numbers) {
+        for (const auto& [at, value, width] : numbers) put(at, value, width);
     }
     void put(std::size_t at, const std::string& text) {
         if (bytes.size() < at + text.size()) bytes.resize(at + text.size());
@@ -53,8 +62,7 @@ inline Bytes small_list(ByteOrder order, bool word_before, bool padded) {
     FileMaker list(order);
     const std::size_t head = word_before ? 2 : 0;
     if (word_before) list.put(0, 1, 2);
-    list.put(head, 0, 4);
-    list.put(head + 4, 4, 4);
+    list.put({{head, 0, 4}, {head + 4, 4, 4}});
     list.property("kind", order == ByteOrder::little ? Bytes{'T', 'K', 'F', 'e'} : Bytes{'e', 'F', 'K', 'T'},
                   padded);
     list.property("name", {5, 'G', 'l', 'a', 's', 's'}, padded);
@@ -69,39 +77,21 @@ inline Bytes small_windows_library() {
     file.put(0, "MZ");
     file.put(0x3C, 0x40, 4);
     file.put(0x40, std::string("PE\0\0", 4));
-    file.put(0x44, 0x8664, 2);
-    file.put(0x46, 1, 2);       // sections
-    file.put(0x54, 0xF0, 2);    // size of the optional header
-    file.put(0x56, 0x2022, 2);  // a library
-    file.put(0x58, 0x20B, 2);   // 64 bits
-    file.put(0xC4, 16, 4);      // tables
-    file.put(0xC8, 0x1000, 4);  // exports
-    file.put(0xD8, 0x1100, 4);  // resources
-    const std::size_t section = 0x58 + 0xF0;
-    file.put(section + 8, 0x300, 4);
-    file.put(section + 12, 0x1000, 4);
-    file.put(section + 16, 0x300, 4);
-    file.put(section + 20, 0x200, 4);
-    file.put(0x200 + 24, 2, 4);  // names
-    file.put(0x200 + 32, 0x1030, 4);
-    file.put(0x230, 0x1040, 4);
-    file.put(0x234, 0x1050, 4);
+    // Sections, size of the optional header, a library of 64 bits, tables, exports, resources.
+    file.put({{0x44, 0x8664, 2}, {0x46, 1, 2}, {0x54, 0xF0, 2}, {0x56, 0x2022, 2}, {0x58, 0x20B, 2}});
+    file.put({{0xC4, 16, 4}, {0xC8, 0x1000, 4}, {0xD8, 0x1100, 4}});
+    const std::size_t section = 0x58 + 0xF0, names = 0x200;
+    file.put({{section + 8, 0x300, 4}, {section + 12, 0x1000, 4}});
+    file.put({{section + 16, 0x300, 4}, {section + 20, 0x200, 4}});
+    file.put({{names + 24, 2, 4}, {names + 32, 0x1030, 4}, {0x230, 0x1040, 4}, {0x234, 0x1050, 4}});
     file.put(0x240, "EntryPointFunc");
     file.put(0x250, "Other");
     const Bytes list = small_list(ByteOrder::little, true, true);
     const std::size_t tree = 0x300;
-    file.put(tree + 12, 1, 2);  // a type with a name
-    file.put(tree + 16, 0x80000070, 4);
-    file.put(tree + 20, 0x80000020, 4);
-    file.put(tree + 0x20 + 14, 1, 2);
-    file.put(tree + 0x30, 16000, 4);
-    file.put(tree + 0x34, 0x80000040, 4);
-    file.put(tree + 0x40 + 14, 1, 2);
-    file.put(tree + 0x50, 1033, 4);
-    file.put(tree + 0x54, 0x60, 4);
-    file.put(tree + 0x60, 0x1180, 4);
-    file.put(tree + 0x64, list.size(), 4);
-    file.put(tree + 0x70, 4, 2);
+    file.put({{tree + 12, 1, 2}, {tree + 16, 0x80000070, 4}, {tree + 20, 0x80000020, 4}});  // a named type
+    file.put({{tree + 0x20 + 14, 1, 2}, {tree + 0x30, 16000, 4}, {tree + 0x34, 0x80000040, 4}});
+    file.put({{tree + 0x40 + 14, 1, 2}, {tree + 0x50, 1033, 4}, {tree + 0x54, 0x60, 4}});
+    file.put({{tree + 0x60, 0x1180, 4}, {tree + 0x64, list.size(), 4}, {tree + 0x70, 4, 2}});
     file.put(tree + 0x72, std::string("P\0i\0P\0L\0", 8));
     file.put(0x380, list);
     return file.bytes;
@@ -109,20 +99,10 @@ inline Bytes small_windows_library() {
 
 inline Bytes small_macos_slice(std::uint32_t processor) {
     FileMaker file(ByteOrder::little, 0x80);
-    file.put(0, 0xFEEDFACF, 4);
-    file.put(4, processor, 4);
-    file.put(12, 8, 4);  // a bundle
-    file.put(16, 1, 4);  // load commands
-    file.put(32, 2, 4);  // symbols
-    file.put(36, 24, 4);
-    file.put(40, 0x40, 4);
-    file.put(44, 2, 4);
-    file.put(48, 0x60, 4);
-    file.put(52, 32, 4);
-    file.put(0x40, 1, 4);
-    file.put(0x44, 0x0F, 1);  // exported
-    file.put(0x50, 8, 4);
-    file.put(0x54, 0x01, 1);  // wanted from elsewhere
+    // A bundle, load commands, symbols; the first of two is exported, the other wanted from elsewhere.
+    file.put({{0, 0xFEEDFACF, 4}, {4, processor, 4}, {12, 8, 4}, {16, 1, 4}, {32, 2, 4}, {36, 24, 4}});
+    file.put({{40, 0x40, 4}, {44, 2, 4}, {48, 0x60, 4}, {52, 32, 4}});
+    file.put({{0x40, 1, 4}, {0x44, 0x0F, 1}, {0x50, 8, 4}, {0x54, 0x01, 1}});
     file.put(0x61, "_Entry");
     file.put(0x68, "_other");
     return file.bytes;
@@ -130,12 +110,10 @@ inline Bytes small_macos_slice(std::uint32_t processor) {
 
 inline Bytes small_macos_library() {
     FileMaker file(ByteOrder::big, 0x200);
-    file.put(0, 0xCAFEBABE, 4);
-    file.put(4, 2, 4);
+    file.put({{0, 0xCAFEBABE, 4}, {4, 2, 4}});
     for (std::size_t i = 0; i < 2; ++i) {
         const Bytes slice = small_macos_slice(i ? 0x0100000C : 0x01000007);
-        file.put(8 + 20 * i + 8, 0x100 + 0x80 * i, 4);
-        file.put(8 + 20 * i + 12, slice.size(), 4);
+        file.put({{16 + 20 * i, 0x100 + 0x80 * i, 4}, {20 + 20 * i, slice.size(), 4}});
         file.put(0x100 + 0x80 * i, slice);
     }
     return file.bytes;
@@ -144,17 +122,10 @@ inline Bytes small_macos_library() {
 inline Bytes small_resource_file(const Bytes& list) {
     FileMaker file(ByteOrder::big);
     const std::size_t map = 0x14 + list.size();
-    file.put(0, 0x10, 4);
-    file.put(4, map, 4);
-    file.put(8, 4 + list.size(), 4);
-    file.put(12, 50, 4);
-    file.put(0x10, list.size(), 4);
+    file.put({{0, 0x10, 4}, {4, map, 4}, {8, 4 + list.size(), 4}, {12, 50, 4}, {0x10, list.size(), 4}});
     file.put(0x14, list);
-    file.put(map + 24, 28, 2);
     file.put(map + 30, "PiPL");
-    file.put(map + 36, 10, 2);
-    file.put(map + 38, 16000, 2);
-    file.put(map + 49, 0, 1);
+    file.put({{map + 24, 28, 2}, {map + 36, 10, 2}, {map + 38, 16000, 2}, {map + 49, 0, 1}});
     return file.bytes;
 }
 

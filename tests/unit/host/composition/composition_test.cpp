@@ -42,32 +42,6 @@ TEST(Composition, ActiveCameraIsTheTopmostThatIsOnAndInRange) {
     EXPECT_EQ(active(20), 0);
 }
 
-TEST(Composition, SoloSwitchesAllOthersOff) {
-    Composition composition;
-    composition.layers = {layer(1), layer(2), layer(3)};
-    composition.layers[2].video = false;
-    const auto on = [&](std::size_t i) {
-        return video_really_on(composition.layers[i], any_solo(composition));
-    };
-    EXPECT_TRUE(on(0) && on(1));
-    EXPECT_FALSE(on(2));
-    composition.layers[1].solo = true;
-    EXPECT_TRUE(on(1));
-    EXPECT_FALSE(on(0) || on(2));
-    composition.layers[1].video = false;  // soloed, but its own switch is off
-    EXPECT_FALSE(on(0) || on(1));
-}
-
-TEST(Composition, DefaultViewShowsTheCompositionPlaneOneToOne) {
-    Composition composition;
-    EXPECT_NEAR(default_camera_distance(composition), 2666.6667, 1e-4);
-    const Matrix m = default_camera_matrix(composition);
-    EXPECT_EQ(m.at[3][0], 960.0);
-    EXPECT_EQ(m.at[3][1], 540.0);
-    composition.pixel_aspect = {2, 1};
-    EXPECT_NEAR(default_camera_distance(composition), 2 * 2666.6667, 1e-4);
-}
-
 TEST(Composition, LayerTimeStartsAtTheLayerAndStretches) {
     Layer late = layer(1);
     late.start_frame = 5;

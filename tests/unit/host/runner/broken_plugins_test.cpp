@@ -2,14 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <functional>
 
 #include "host/runner/session.h"
+#include "tests/unit/message_of.h"
 
 namespace zam::host {
 namespace {
 
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
 std::string plugin_file(const std::string& name) {
@@ -28,32 +27,24 @@ Composition one_layer() {
     return composition;
 }
 
-std::string message_of(const std::function<void()>& act) {
-    try {
-        act();
-    } catch (const PluginError& error) {
-        return error.what();
-    }
-    return "nothing was thrown";
-}
-
 TEST(BrokenPlugins, FilesThatAreNoPlugIns) {
     const std::string text_file = std::string(ZAM_BROKEN_PLUGINS) + "/text.so";
     std::ofstream(text_file) << "not a library\n";
-    EXPECT_THAT(message_of([] { Plugin("/no/such/file.so"); }), HasSubstr("/no/such/file.so: no such file"));
-    EXPECT_THAT(message_of([&] { Plugin(text_file.c_str()); }), HasSubstr("not a loadable library: "));
-    EXPECT_THAT(message_of([] { Plugin(plugin_file("no_entry")); }), HasSubstr("exports no EntryPointFunc"));
+    EXPECT_THAT(message_of<PluginError>([] { Plugin("/no/such/file.so"); }),
+                HasSubstr("/no/such/file.so: no such file"));
+    EXPECT_THAT(message_of<PluginError>([&] { Plugin(text_file.c_str()); }),
+                HasSubstr("not a loadable library: "));
+    EXPECT_THAT(message_of<PluginError>([] { Plugin(plugin_file("no_entry")); }),
+                HasSubstr("exports no EntryPointFunc"));
 }
-
-struct Case {
-    const char* plugin;
-    PF_Cmd command;
-    std::vector<std::string> reports;
-};
 
 // Each fault is reported by name in the command it happens in, and the session goes on to a clean end.
 TEST(BrokenPlugins, FaultsAreReportedAndSurvived) {
-    const Case cases[] = {
+    const struct {
+        const char* plugin;
+        PF_Cmd command;
+        std::vector<std::string> reports;
+    } cases[] = {
         {"sound", PF_Cmd_RENDER, {}},
         {"throws_exception", PF_Cmd_RENDER, {"an exception (no idea) left the entry point in PF_Cmd_RENDER"}},
         {"keeps_suite",
@@ -69,7 +60,7 @@ TEST(BrokenPlugins, FaultsAreReportedAndSurvived) {
         {"row_throws", PF_Cmd_RENDER, {"a row threw an exception (third row) in iterate"}},
         {"endless_message", PF_Cmd_ABOUT, {}},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         const Plugin plugin(plugin_file(c.plugin));
         Composition composition = one_layer();
         Session session(plugin, composition, {.threads = 2});
@@ -103,7 +94,7 @@ TEST(BrokenPlugins, WhatStartRefuses) {
         const Plugin plugin(plugin_file(name));
         Composition composition = one_layer();
         Session session(plugin, composition, {});
-        EXPECT_THAT(message_of([&] { session.start(); }), HasSubstr(message)) << name;
+        EXPECT_THAT(message_of<PluginError>([&] { session.start(); }), HasSubstr(message)) << name;
         session.stop();
     }
 }
@@ -118,26 +109,6 @@ TEST(BrokenPlugins, AnIntThatIsThrownIsAnOutcome) {
     EXPECT_FALSE(frame.outcome.ok());
     EXPECT_TRUE(frame.outcome.reports.empty());
     EXPECT_EQ(frame.argb.at(0), 0xA5);  // as the host handed it over: dirty
-}
-
-TEST(BrokenPlugins, AHandleFromAnEarlierCommandHasExpired) {
-    const Plugin plugin(plugin_file("stale_layer"));
-    Composition composition = one_layer();
-    Session session(plugin, composition, {});
-    session.start();
-    EXPECT_TRUE(session.render(0, {}).outcome.ok());
-    const Outcome second = session.render(1, {}).outcome;
-    EXPECT_EQ(second.error, 0);
-    EXPECT_THAT(second.reports, ElementsAre("expired layer handle in AEGP_GetLayerName"));
-}
-
-TEST(BrokenPlugins, FormattingStopsAtTheLongestMessage) {
-    const Plugin plugin(plugin_file("endless_message"));
-    Composition composition = one_layer();
-    Session session(plugin, composition, {});
-    const Outcome outcome = session.send(PF_Cmd_ABOUT);
-    EXPECT_EQ(outcome.message, std::string(255, '0'));
-    EXPECT_TRUE(outcome.message_is_error);
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/unit/message_of.h"
+
 namespace zam::host {
 namespace {
 
@@ -77,12 +79,9 @@ TEST(Control, NotFoundSaysWhatThereIs) {
         {"", "no control is called \"\""},
     };
     for (const auto& [text, message] : cases) {
-        try {
-            (void)find_control(panel(), text);
-            ADD_FAILURE() << text << " was found";
-        } catch (const ControlError& error) {
-            EXPECT_THAT(error.what(), HasSubstr(message));
-        }
+        const char* name = text;
+        EXPECT_THAT(message_of<ControlError>([&] { return find_control(panel(), name); }),
+                    HasSubstr(message));
     }
 }
 
@@ -121,13 +120,11 @@ TEST(Control, ValuesThatDoNotFitAreRefusedWithTheWayOut) {
     };
     for (auto [given, message] : cases) {
         given.where = "stage.json:3:7";
-        try {
-            (void)resolve_setting(panel(), given, stage());
-            ADD_FAILURE() << given.control << " was accepted instead of: " << message;
-        } catch (const ControlError& error) {
-            EXPECT_THAT(error.what(), HasSubstr(message));
-            EXPECT_THAT(error.what(), HasSubstr("stage.json:3:7: control \"" + given.control + "\": "));
-        }
+        const ControlSetting& wrong = given;
+        const std::string said =
+            message_of<ControlError>([&] { return resolve_setting(panel(), wrong, stage()); });
+        EXPECT_THAT(said, HasSubstr(message)) << wrong.control;
+        EXPECT_THAT(said, HasSubstr("stage.json:3:7: control \"" + wrong.control + "\": "));
     }
 }
 

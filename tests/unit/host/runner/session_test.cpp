@@ -108,24 +108,6 @@ TEST_F(SessionTest, ControlsCarryTheValuesOfTheFrameWithinTheirRange) {
     EXPECT_THROW(session.set_control(3, 1.0), ControlError);
 }
 
-TEST_F(SessionTest, SequenceDataIsSavedAndRestored) {
-    std::vector<std::uint8_t> saved;
-    {
-        Session session(plugin, composition, {});
-        session.start();
-        saved = session.sequence_bytes();
-        EXPECT_EQ(saved, std::vector<std::uint8_t>(4, 42));
-    }
-    saved[0] = 99;
-    Session session(plugin, composition, {.move_unlocked_handles = true});
-    session.restore_sequence(saved);
-    session.start();
-    EXPECT_THAT(journal(), ::testing::HasSubstr("sequence 99"));
-    EXPECT_EQ(session.sequence_bytes(), saved);
-    session.stop();
-    EXPECT_TRUE(session.reports().empty());
-}
-
 TEST_F(SessionTest, FaultsAreSwitchedOnBetweenCommands) {
     Session recording(plugin, composition, {.record_calls = true});
     recording.start();
