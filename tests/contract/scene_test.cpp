@@ -102,6 +102,28 @@ TEST(Lights, AreSeenAtTheFramesCompositionTime) {
     EXPECT_NE(Running(comp).render(21).argb, Running(comp).render(20).argb);
 }
 
+TEST(Camera, ALostQueryIsReportedAndDoesNotEndTheRender) {
+    const auto seen_from = [](Vec3 position, double zoom) {
+        Composition comp = make_composition();
+        add_point(comp, {5, -3, 700});
+        add_camera(comp, position, {position.x, position.y, 800}, zoom);
+        return comp;
+    };
+    const Frame from_the_origin = Running(seen_from({0, 0, 0}, 1000)).render();
+    EXPECT_FALSE(is_black(from_the_origin));
+    for (const auto& [call, nth] : {std::pair{"PFInterface.AEGP_GetEffectCamera", 1},
+                                    std::pair{"Layer.AEGP_GetLayerToWorldXform", 2}}) {
+        Running running(seen_from({32, 18, -50}, 50));
+        running.session.set_faults(FaultPlan().fail(call, nth, 1));
+        const Frame frame = running.render();
+        EXPECT_EQ(frame.outcome.error, 0) << call;
+        EXPECT_EQ(frame.outcome.message,
+                  "Could not find camera at current time.\nChoose Layer>New>Camera to create a camera.");
+        EXPECT_TRUE(frame.outcome.message_is_error);
+        EXPECT_EQ(frame.argb, from_the_origin.argb);
+    }
+}
+
 TEST(Lights, MayHaveAScreenBoxBeyondAllWholeNumbers) {
     Composition comp = make_composition();
     add_camera(comp, {32, 18, -50}, {32, 18, 0}, 50);
