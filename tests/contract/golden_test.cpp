@@ -74,7 +74,7 @@ TEST(Golden, FramesAreTheReferenceRenderers) {
         Running running(comp);
         running.session.apply_settings(comp.effect);
         const int picker = running.index_of("Set Reach Layer");
-        if (const double wall = running.session.control_at(picker, 0))
+        if (const double wall = running.session.control_at(picker, 0); wall != 0.0)
             running.session.choose_layer(picker, static_cast<LayerId>(wall), 0);
         const Frame frame = running.render(golden.frame, golden.settings());
         EXPECT_TRUE(frame.outcome.ok()) << golden.file();
