@@ -1,6 +1,9 @@
 #include "effect/render/light_records.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <limits>
+#include <span>
 
 #include "effect/scene/matrix.h"
 
@@ -144,26 +147,28 @@ void ReadSpotLights(PF_InData* in_data, const LightControls& controls, const Lig
                });
 }
 
-void KeepLightsInRange(const Projection& projection, _LightData* settings, _VisLightStruct* lights) {
-    int kept = 0;
-    for (int i = 0; i < settings->count; ++i) {
-        const _VisLightStruct& light = lights[i];
-        const Vec3 pos = Transform(projection.camera_from_world, light.pos);
-        const Vec3 dir = Transform(projection.camera_from_world, light.pos + light.dir) - pos;
-        const bool in_range = InRange(pos) && InRange(dir) && InRange(light.color) &&
-                              InRange(light.coneAngle) && InRange(light.coneFeather) &&
-                              InRange(light.intensity) && InRange(light.sourceIntensity) &&
-                              InRange(light.radius);
-        if (in_range) lights[kept++] = light;
+void ToCameraSpace(const A_Matrix4& camera_from_world, const _LightData& settings, _VisLightStruct* lights) {
+    for (_VisLightStruct& light : std::span(lights, static_cast<std::size_t>(settings.count))) {
+        const Vec3 pos = Transform(camera_from_world, light.pos);
+        light.dir = Transform(camera_from_world, light.pos + light.dir) - pos;  // deliberate: not normalised
+        light.pos = pos;
     }
-    settings->count = kept;
 }
 
-void PreparePoints(const HostMaths& maths, const Projection& projection, double softKSq,
-                   const _LightData& settings, _VisLightStruct* lights, _OptPointData* opt) {
+void KeepLightsInRange(_LightData* settings, _VisLightStruct* lights) {
+    const auto out_of_range = [](const _VisLightStruct& light) {
+        return !(InRange(light.pos) && InRange(light.dir) && InRange(light.color) &&
+                 InRange(light.coneAngle) && InRange(light.coneFeather) && InRange(light.intensity) &&
+                 InRange(light.sourceIntensity) && InRange(light.radius));
+    };
+    settings->count =
+        static_cast<std::int32_t>(std::remove_if(lights, lights + settings->count, out_of_range) - lights);
+}
+
+void PreparePoints(const HostMaths& maths, double softKSq, const _LightData& settings,
+                   const _VisLightStruct* lights, _OptPointData* opt) {
     for (int i = 0; i < settings.count; ++i) {
-        _VisLightStruct& light = lights[i];
-        light.pos = Transform(projection.camera_from_world, light.pos);
+        const _VisLightStruct& light = lights[i];
         const double dist_sq = dot(light.pos, light.pos);
         const double diameter = 2.0 * light.radius;
         opt[i].distSqMinusRadiusSq = dist_sq - light.radius * light.radius;
@@ -177,9 +182,10 @@ void PreparePoints(const HostMaths& maths, const Projection& projection, double 
 }
 
 void PrepareSpots(const HostMaths& maths, const Projection& projection, double spotScale,
-                  const ReachPlane& reach, _LightData* settings, _VisLightStruct* lights, _OptSpotData* opt) {
-    const A_Matrix4& camera_from_world = projection.camera_from_world;
+                  const ReachPlane& reach, _LightData* settings, const _VisLightStruct* lights,
+                  _OptSpotData* opt) {
     if (settings->reachActive) {
+        const A_Matrix4& camera_from_world = projection.camera_from_world;
         const Vec3 point = Transform(camera_from_world, reach.point);
         const Vec3 normal = Transform(camera_from_world, reach.point + reach.direction) - point;
         settings->reachPoint = point;
@@ -187,11 +193,8 @@ void PrepareSpots(const HostMaths& maths, const Projection& projection, double s
     }
 
     for (int i = 0; i < settings->count; ++i) {
-        _VisLightStruct& light = lights[i];
-        const Vec3 p = Transform(camera_from_world, light.pos);
-        const Vec3 d = Transform(camera_from_world, light.pos + light.dir) - p;
-        light.pos = p;
-        light.dir = d;  // deliberate: not normalised
+        const _VisLightStruct& light = lights[i];
+        const Vec3 &p = light.pos, &d = light.dir;
 
         _OptSpotData& o = opt[i];
         o.distSq = dot(p, p);

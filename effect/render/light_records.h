@@ -46,14 +46,18 @@ struct ReachPlane {
     Vec3 point, direction;
 };
 
-// Leaves out the lights with a number in their record, or in camera space, that is none or beyond 1e15: so far all
-// products of the rows' formulas keep clear of the ends of double precision, where targets would no longer agree.
-void KeepLightsInRange(const Projection& projection, _LightData* settings, _VisLightStruct* lights);
+// From world space, in place.
+void ToCameraSpace(const A_Matrix4& camera_from_world, const _LightData& settings, _VisLightStruct* lights);
 
-// Take the lights to camera space in place and fill one record for each.
-void PreparePoints(const HostMaths& maths, const Projection& projection, double softKSq,
-                   const _LightData& settings, _VisLightStruct* lights, _OptPointData* opt);
+// Leaves out the lights whose record holds a number that is none or beyond 1e15: so far all products of the rows'
+// formulas keep clear of the ends of double precision, where targets would no longer agree.
+void KeepLightsInRange(_LightData* settings, _VisLightStruct* lights);
+
+// Fill one record for each light, which is in camera space; the reach plane goes there with the spots.
+void PreparePoints(const HostMaths& maths, double softKSq, const _LightData& settings,
+                   const _VisLightStruct* lights, _OptPointData* opt);
 void PrepareSpots(const HostMaths& maths, const Projection& projection, double spotScale,
-                  const ReachPlane& reach, _LightData* settings, _VisLightStruct* lights, _OptSpotData* opt);
+                  const ReachPlane& reach, _LightData* settings, const _VisLightStruct* lights,
+                  _OptSpotData* opt);
 
 }  // namespace zam

@@ -127,8 +127,6 @@ bool SpreadsRays(double step) {
     return (step >= kLeast && step <= kMost) || (step <= -kLeast && step >= -kMost);
 }
 
-bool HasZero(const PF_RationalScale& ratio) { return ratio.num == 0 || ratio.den == 0; }
-
 }  // namespace
 
 PF_Err Render(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[], PF_LayerDef* output) {
@@ -161,18 +159,18 @@ PF_Err Render(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[], P
     frame.width = projection.width = output->width;
     frame.height = projection.height = output->height;
     frame.deep = output->world_flags & PF_WorldFlag_DEEP;
-    if (!HasZero(in_data->pixel_aspect_ratio) && !HasZero(in_data->downsample_x) &&
-        !HasZero(in_data->downsample_y)) {
-        projection.downsample_x = Value(in_data->downsample_x);
-        projection.downsample_y = Value(in_data->downsample_y);
-        frame.aspectOverDownsampleX = Value(in_data->pixel_aspect_ratio) / projection.downsample_x;
-        frame.invDownsampleY = 1.0 / projection.downsample_y;
-        frame.invZoom = 1.0 / projection.zoom;
-    }
+    projection.downsample_x = Value(in_data->downsample_x);
+    projection.downsample_y = Value(in_data->downsample_y);
+    frame.aspectOverDownsampleX = Value(in_data->pixel_aspect_ratio) / projection.downsample_x;
+    frame.invDownsampleY = 1.0 / projection.downsample_y;
+    frame.invZoom = 1.0 / projection.zoom;
+    // Not so where one of these divides by zero, either.
     if (SpreadsRays(frame.aspectOverDownsampleX * frame.invZoom) &&
         SpreadsRays(frame.invDownsampleY * frame.invZoom)) {
-        KeepLightsInRange(projection, &points, point_lights.get());
-        KeepLightsInRange(projection, &spots, spot_lights.get());
+        ToCameraSpace(projection.camera_from_world, points, point_lights.get());
+        ToCameraSpace(projection.camera_from_world, spots, spot_lights.get());
+        KeepLightsInRange(&points, point_lights.get());
+        KeepLightsInRange(&spots, spot_lights.get());
     } else {
         points.count = spots.count = 0;
     }
@@ -194,7 +192,7 @@ PF_Err Render(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[], P
     }
     if (points.count > 0) {
         if (opt_points.Allocate(static_cast<std::size_t>(points.count))) {
-            PreparePoints(maths, projection, frame.softKSq, points, point_lights.get(), opt_points.get());
+            PreparePoints(maths, frame.softKSq, points, point_lights.get(), opt_points.get());
         } else {
             points.count = 0;
         }

@@ -50,14 +50,12 @@ Spans WhereAtLeast(const Quadratic& q, double margin) {
         {kWholeRow.from, (-q.q1 - root) / (2.0 * q.q2)}, {(-q.q1 + root) / (2.0 * q.q2), kWholeRow.to}, true};
 }
 
-// The columns of a span and one more on either side; all of them when the span is no number.
+// The columns of a span and one more on either side. Neighbouring columns have different rays: Render sees to that.
 Columns ToColumns(const _RenderData& frame, const Span& span) {
     if (span.empty()) return {0, 0};
     const double per_column = frame.aspectOverDownsampleX * frame.invZoom;
-    if (per_column == 0.0) return {0, frame.width};
     double from = span.from / per_column + frame.width * 0.5, to = span.to / per_column + frame.width * 0.5;
     if (from > to) std::swap(from, to);
-    if (!(from <= to)) return {0, frame.width};
     const double width = frame.width;
     return {static_cast<int>(std::clamp(std::floor(from) - 1.0, 0.0, width)),
             static_cast<int>(std::clamp(std::ceil(to) + 2.0, 0.0, width))};

@@ -89,7 +89,9 @@ Frame::Frame(const Scene& scene)
     data_.look = static_cast<A_long>(scene.look);
     data_.invGamma = 1.0 / scene.gamma;
 
-    PreparePoints(maths, projection, data_.softKSq, points_, point_lights_.data(), opt_points_.data());
+    ToCameraSpace(scene.camera_from_world, points_, point_lights_.data());
+    ToCameraSpace(scene.camera_from_world, spots_, spot_lights_.data());
+    PreparePoints(maths, data_.softKSq, points_, point_lights_.data(), opt_points_.data());
     PrepareSpots(maths, projection, kSpotScale, scene.reach, &spots_, spot_lights_.data(), opt_spots_.data());
     SetBoxes(scene, &opt_spots_);
     data_.pointData = &points_;
