@@ -9,6 +9,7 @@
 #include "host/check/check_plugin.h"
 #include "host/check/child_process.h"
 #include "host/check/drive.h"
+#include "host/runner/platform.h"
 #include "host/runner/plugin.h"
 
 namespace zam::cli {
@@ -79,7 +80,7 @@ void check(const Options& options) {
     plan.file = options.file;
     plan.limit = std::chrono::seconds(options.limit);
     plan.in_process = options.in_process;
-    plan.child_command = {host::this_program(), std::string(kChildCommand)};
+    plan.child_command = {host::platform::this_program(), std::string(kChildCommand)};
     const host::Report report = host::check_plugin(plan);
     if (options.json)
         print_json(options.file, report);

@@ -98,7 +98,7 @@ void contact_sheet(const Options& options) {
         sheet.put(static_cast<int>(place), io::shrink(rendered.image, layout.width, layout.height),
                   rendered.frame);
     };
-    const int threads = options.threads == 0 ? host::available_cores() : options.threads;
+    const int threads = host::thread_count(options.threads);
     const bool bar = !options.quiet && Progress::style_for(stderr) == Progress::Style::bar;
     Progress progress(stderr, bar ? Progress::Style::bar : Progress::Style::silent,
                       static_cast<int>(frames.size()));

@@ -4,8 +4,8 @@
 
 namespace zam::cli {
 
-// The command throws UsageError, io::SceneError, io::WriteError, host::ControlError (of the scene), host::PluginError or
-// Interrupted.
+// The command throws UsageError, io::SceneError, io::WriteError, host::ControlError (of the scene), host::PluginError
+// or Interrupted.
 Command add_contact_sheet(CLI::App& app);
 
 }  // namespace zam::cli

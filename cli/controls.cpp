@@ -6,12 +6,11 @@
 #include <vector>
 
 #include "cli/greying.h"
-#include "cli/platform.h"
 #include "cli/plugin_answers.h"
 #include "cli/table.h"
 #include "host/runner/session.h"
+#include "host/text.h"
 #include "io/effect_layer.h"
-#include "io/text.h"
 
 namespace zam::cli {
 namespace {
@@ -64,7 +63,7 @@ std::string path_of(const Control& control) {
 
 std::string values_of(const Control& control) {
     if (is_slider(control))
-        return io::format_number(control.valid_min) + " to " + io::format_number(control.valid_max);
+        return format_number(control.valid_min) + " to " + format_number(control.valid_max);
     std::string text;
     for (const std::string& choice : control.choices) text += (text.empty() ? "" : " | ") + choice;
     if (control.type == PF_Param_CHECKBOX) return "true or false";
@@ -75,8 +74,7 @@ std::string values_of(const Control& control) {
 std::string default_of(const Control& control) {
     if (control.type == PF_Param_CHECKBOX) return control.default_value != 0.0 ? "true" : "false";
     if (control.type == PF_Param_LAYER) return control.default_value < 0.0 ? "the layer itself" : "none";
-    if (control.type != PF_Param_POPUP)
-        return is_slider(control) ? io::format_number(control.default_value) : "";
+    if (control.type != PF_Param_POPUP) return is_slider(control) ? format_number(control.default_value) : "";
     const auto choice = static_cast<std::size_t>(control.default_value);
     return choice >= 1 && choice <= control.choices.size() ? control.choices[choice - 1] : "";
 }
@@ -160,10 +158,7 @@ void print_controls(const Options& options) {
 Command add_controls(CLI::App& app) {
     const auto options = std::make_shared<Options>();
     CLI::App* parser = app.add_subcommand("controls", "List the plug-in's controls as it registers them");
-    parser
-        ->add_option("--plugin", options->plugin,
-                     "Plug-in [" + std::string(platform::kPluginName) + " beside this program]")
-        ->option_text("FILE");
+    add_plugin_option(*parser, options->plugin);
     parser->add_flag("--json", options->json,
                      "For machines: everything that is registered, and what greys it");
     return {parser, [options] { print_controls(*options); }, "zam controls --json"};

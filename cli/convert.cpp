@@ -5,7 +5,6 @@
 
 #include "cli/exit_code.h"
 #include "cli/parse_setting.h"
-#include "cli/platform.h"
 #include "cli/plugin_answers.h"
 #include "cli/preset.h"
 #include "cli/scene_options.h"
@@ -86,11 +85,7 @@ Command add_convert(CLI::App& app) {
     parser->add_option("--set", options->settings, "A control to go into it: 'Look=Strong'; may be repeated")
         ->option_text("CONTROL=VALUE")
         ->allow_extra_args(false);
-    parser
-        ->add_option(
-            "--plugin", options->plugin,
-            "For --set: the plug-in [" + std::string(platform::kPluginName) + " beside this program]")
-        ->option_text("FILE");
+    add_plugin_option(*parser, options->plugin);
     parser->add_flag("-q,--quiet", options->quiet, "Show no notes");
     return {parser, [options] { convert(*options); }, kExample};
 }

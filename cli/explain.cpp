@@ -13,8 +13,8 @@
 #include "cli/open_scene.h"
 #include "cli/table.h"
 #include "host/composition/queries.h"
+#include "host/text.h"
 #include "io/json_layout.h"
-#include "io/text.h"
 
 namespace zam::cli {
 namespace {
@@ -105,7 +105,7 @@ void print_text(ExplainedPixel explained, const host::Composition& composition, 
     for (const LoneLight& light : lights) {
         some_full = some_full || light.at_least;
         rows.push_back({(sum > 0.0 ? percent(light.light / sum) : "-") + (light.at_least ? " *" : ""),
-                        io::quote(composition.find_layer(light.layer)->name), shown(light.alone)});
+                        quote(composition.find_layer(light.layer)->name), shown(light.alone)});
     }
     print_table(rows);
     std::puts("Shares are of the light as it adds up in the look Linear.");

@@ -4,7 +4,8 @@
 
 namespace zam::cli {
 
-// The command prints to stdout. Throws UsageError, io::SceneError, host::ControlError, host::PluginError and Interrupted.
+// The command prints to stdout. Throws UsageError, io::SceneError, host::ControlError, host::PluginError and
+// Interrupted.
 Command add_explain(CLI::App& app);
 
 }  // namespace zam::cli

@@ -4,7 +4,7 @@
 
 namespace zam::cli {
 FramePipeline::FramePipeline(int threads, Work work, Done done, std::size_t most_bytes)
-    : most_threads_(static_cast<std::size_t>(std::clamp(threads, 1, 256))),
+    : most_threads_(static_cast<std::size_t>(std::max(1, threads))),
       most_bytes_(most_bytes),
       work_(std::move(work)),
       done_(std::move(done)) {}

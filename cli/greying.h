@@ -14,7 +14,8 @@ struct Greying {
 };
 
 // What greys each control, by its index; what nothing greys is not among them. Tries all values of the popups and boxes
-// that matter, and leaves them at their defaults. Throws PluginError for greying that does not come from single controls.
+// that matter, and leaves them at their defaults. Throws PluginError for greying that does not come from single
+// controls.
 [[nodiscard]] std::map<int, std::vector<Greying>> find_greying(host::Session& session);
 
 }  // namespace zam::cli

@@ -9,8 +9,8 @@
 #include "cli/table.h"
 #include "host/composition/queries.h"
 #include "host/composition/transforms.h"
+#include "host/text.h"
 #include "io/json_layout.h"
-#include "io/text.h"
 
 namespace zam::cli {
 namespace {
@@ -106,7 +106,7 @@ class Report {
 std::string shown(double number) {
     char text[32];
     std::snprintf(text, sizeof text, "%.2f", number);
-    return io::format_number(std::stod(text) + 0.0);
+    return format_number(std::stod(text) + 0.0);
 }
 
 std::string shown(const Json& numbers) {
@@ -115,7 +115,7 @@ std::string shown(const Json& numbers) {
     return "[" + text + "]";
 }
 
-std::string name_of(const Json& layer) { return io::quote(layer["name"].get<std::string>()); }
+std::string name_of(const Json& layer) { return quote(layer["name"].get<std::string>()); }
 
 void print_text(const Json& info) {
     const auto whole = [](const Json& value) { return std::to_string(value.get<int>()); };

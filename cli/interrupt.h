@@ -10,8 +10,9 @@ struct Interrupted : std::runtime_error {
     int signal;
 };
 
-// From now on the first of these signals is only remembered: the frame that is being rendered is given up, and the files
-// that are being written come to a good end. The second one ends the program at once; it leaves no half-written file either, see io::WholeFile.
+// From now on the first of these signals is only remembered: the frame that is being rendered is given up, and the
+// files that are being written come to a good end. The second one ends the program at once; it leaves no half-written
+// file either, see io::WholeFile.
 void catch_interrupts();
 
 // The signal that was caught; 0: none. Any thread.

@@ -10,7 +10,8 @@ namespace {
 
 constexpr double kFull = 32768.0;
 
-// Renders pixels of one frame with some lights dark. The effect leaves lights of intensity 0 out, whatever its controls.
+// Renders pixels of one frame with some lights dark. The effect leaves lights of intensity 0 out, whatever its
+// controls.
 class PixelRenderer {
   public:
     PixelRenderer(OpenScene& scene, int frame, int x, int y)

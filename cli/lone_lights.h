@@ -1,6 +1,6 @@
 #pragma once
-// One pixel of a frame, with all lights and with each of them alone. Only in the look Linear do lights add up: the others
-// square them or bend the sum.
+// One pixel of a frame, with all lights and with each of them alone. Only in the look Linear do lights add up: the
+// others square them or bend the sum.
 #include <string>
 #include <vector>
 

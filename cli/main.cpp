@@ -22,8 +22,8 @@
 #include "cli/validate.h"
 #include "cli/version.h"
 #include "host/runner/session.h"
+#include "host/text.h"
 #include "io/scene_error.h"
-#include "io/text.h"
 #include "io/whole_file.h"
 
 namespace zam::cli {
@@ -48,7 +48,7 @@ void refuse_unknown(const CLI::App& app) {
     } else {
         for (const CLI::App* each : app.get_subcommands(nullptr)) known.push_back(each->get_name());
     }
-    const std::string near = io::nearest(word, known);
+    const std::string near = nearest(word, known);
     const std::string command = app.get_parent() ? "zam " + app.get_name() : "zam";
     throw UsageError(
         (option ? "unknown option " : "unexpected ") + word + "\nhint: " +

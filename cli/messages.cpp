@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
-#include "host/composition/printable.h"
+#include "host/text.h"
 
 namespace zam::cli {
 namespace {
@@ -39,7 +39,7 @@ std::vector<std::string> message_lines(const std::string& text) {
     std::vector<std::string> lines;
     for (std::size_t at = 0; at <= text.size();) {
         const std::size_t end = std::min(text.find('\n', at), text.size());
-        if (end > at) lines.push_back(host::printable(std::string_view(text).substr(at, end - at)));
+        if (end > at) lines.push_back(printable(std::string_view(text).substr(at, end - at)));
         at = end + 1;
     }
     if (lines.size() == 1)
@@ -57,7 +57,7 @@ void print_event(const nlohmann::ordered_json& event) {
     // File names may be no UTF-8.
     const std::string line = event.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
     // JSON lets some control characters stand; they are within its texts alone.
-    std::fprintf(stderr, "%s\n", host::printable(line).c_str());
+    std::fprintf(stderr, "%s\n", printable(line).c_str());
     std::fflush(stderr);
 }
 

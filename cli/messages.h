@@ -7,8 +7,8 @@
 
 namespace zam::cli {
 
-// The lines of a message, printable. A way out stands in a line of its own that begins with "hint: ", or behind the last
-// "; " of a one-line text.
+// The lines of a message, printable. A way out stands in a line of its own that begins with "hint: ", or behind the
+// last "; " of a one-line text.
 [[nodiscard]] std::vector<std::string> message_lines(const std::string& text);
 
 // From now on every message is {"event": "error", "message": "...", "hint": "..."}, or "warning", or "note".

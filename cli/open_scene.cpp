@@ -5,7 +5,6 @@
 
 #include "cli/exit_code.h"
 #include "cli/interrupt.h"
-#include "cli/platform.h"
 #include "cli/preset.h"
 #include "cli/settings.h"
 
@@ -47,12 +46,10 @@ void add_open_options(CLI::App& command, OpenOptions& options) {
         ->allow_extra_args(false);
     add("--preset", options.preset, "NAME|FILE",
         "Controls of a look that comes along, or from a file; after the scene's and before --set");
-    add("--plugin", options.plugin, "FILE",
-        "Plug-in [" + std::string(platform::kPluginName) + " beside this program]");
+    add_plugin_option(command, options.plugin);
     add("--threads", options.threads, "N",
-        "Threads that render rows, and as many at most that make files of them; up to 256 are used [0: one "
-        "per "
-        "core it may use]")
+        "Threads that render rows, and as many at most that make files of them; up to 256 are used "
+        "[0: one per core it may use]")
         ->check(CLI::Range(0, 1'000'000));
 }
 

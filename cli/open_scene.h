@@ -15,8 +15,8 @@ struct OpenOptions {
     std::string plugin, preset;
     std::vector<std::string> settings;
     int threads = 0;
-    [[nodiscard]] std::vector<std::string> files()
-        const;  // that are read: the scene, and the preset if there is one
+    // That are read: the scene, and the preset if there is one.
+    [[nodiscard]] std::vector<std::string> files() const;
 };
 
 // Adds SCENE and what goes with it, --set, --preset, --plugin and --threads; `options` must outlive the parsing.
@@ -40,7 +40,8 @@ class OpenScene {
     const GivenControls given;  // by --set
 };
 
-// A frame's number from the command line, "12"; empty: `usual`. Throws UsageError for frames that the composition has not.
+// A frame's number from the command line, "12"; empty: `usual`. Throws UsageError for frames that the composition has
+// not.
 [[nodiscard]] int parse_frame(const std::string& text, int usual, const host::Composition& composition);
 
 }  // namespace zam::cli

@@ -7,7 +7,7 @@
 #include "host/composition/queries.h"
 #include "host/composition/transforms.h"
 #include "host/suites/times.h"
-#include "io/text.h"
+#include "host/text.h"
 
 namespace zam::cli {
 namespace {
@@ -104,8 +104,8 @@ void Participation::check_filters(const host::Layer& light, Reasons& reasons) co
     if (intensity == 0.0) reasons.push_back("its intensity is 0 %");
     // deliberate: of lights that take light away the effect does not ask whether they are there
     if (intensity > 0.0 && !is_there(light))
-        reasons.push_back("it is there from frame " + io::format_number(light.in_frame) + " to " +
-                          io::format_number(light.out_frame) + " only");
+        reasons.push_back("it is there from frame " + format_number(light.in_frame) + " to " +
+                          format_number(light.out_frame) + " only");
 }
 
 void Participation::check_point(const host::Layer& light, Reasons& reasons) const {
@@ -113,8 +113,7 @@ void Participation::check_point(const host::Layer& light, Reasons& reasons) cons
     if (model == "Off") return reasons.push_back(at_value("Point Light Model", "Off"));
     const double radius = own_size(light, number("Radius"), "Individual Radius");
     if (radius < 0.0)
-        return reasons.push_back("\"Individual Radius\" makes its radius negative, " +
-                                 io::format_number(radius));
+        return reasons.push_back("\"Individual Radius\" makes its radius negative, " + format_number(radius));
     std::string glow, source;  // why there is none
     if (number("Point Lights/Intensity") == 0.0)
         glow = at_value("Point Lights/Intensity", "0");
@@ -138,19 +137,18 @@ void Participation::check_spot(const host::Layer& light, Reasons& reasons) const
     // of angle 0 is seen where a ray runs exactly along its axis; that is nothing to look for.
     const double angle = light.light.cone_angle.at(at_), length = axis_length(light);
     if (length <= std::cos(angle / 2.0 * (std::numbers::pi / 180.0)) + 1e-12)
-        reasons.push_back("its cone angle is " + io::format_number(angle) +
+        reasons.push_back("its cone angle is " + format_number(angle) +
                           (std::abs(length - 1.0) < 1e-9
                                ? ""
-                               : ", and a scale makes its axis " + io::format_number(length) + " long"));
+                               : ", and a scale makes its axis " + format_number(length) + " long"));
     const double reach = own_size(light, number("Reach"), "Individual Reach"),
                  start = number("Start Distance");
     if (reach < 0.0)
-        return reasons.push_back("\"Individual Reach\" makes its reach negative, " +
-                                 io::format_number(reach));
+        return reasons.push_back("\"Individual Reach\" makes its reach negative, " + format_number(reach));
     // With a reach layer the cone does not end by its reach.
     if (number("Reach Comp Layer") == 0.0 && reach <= start)
-        reasons.push_back("its reach, " + io::format_number(reach) +
-                          ", ends before it begins: " + at_value("Start Distance", io::format_number(start)));
+        reasons.push_back("its reach, " + format_number(reach) +
+                          ", ends before it begins: " + at_value("Start Distance", format_number(start)));
 }
 
 Reasons Participation::reasons_against(const host::Layer& light) const {

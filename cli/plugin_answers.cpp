@@ -1,17 +1,25 @@
 #include "cli/plugin_answers.h"
 
+#include <CLI/CLI.hpp>
 #include <vector>
 
 #include "cli/messages.h"
 #include "cli/platform.h"
-#include "host/check/child_process.h"
+#include "host/runner/platform.h"
 #include "host/utf8_path.h"
 
 namespace zam::cli {
 
+void add_plugin_option(CLI::App& command, std::string& file) {
+    command
+        .add_option("--plugin", file,
+                    "Plug-in [" + std::string(platform::kPluginName) + " beside this program]")
+        ->option_text("FILE");
+}
+
 std::string plugin_file(const std::string& given) {
     if (!given.empty()) return given;
-    return (host::utf8_path(host::this_program()).parent_path() / platform::kPluginName).string();
+    return (host::utf8_path(host::platform::this_program()).parent_path() / platform::kPluginName).string();
 }
 
 void PluginAnswers::check(const host::Outcome& outcome, const std::string& command) {

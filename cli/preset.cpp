@@ -4,18 +4,18 @@
 #include <filesystem>
 #include <vector>
 
-#include "host/check/child_process.h"
+#include "host/runner/platform.h"
+#include "host/text.h"
 #include "host/utf8_path.h"
 #include "io/control_settings.h"
 #include "io/scene_error.h"
-#include "io/text.h"
 
 namespace zam::cli {
 namespace {
 
 namespace fs = std::filesystem;
 
-fs::path own_presets() { return host::utf8_path(host::this_program()).parent_path() / "presets"; }
+fs::path own_presets() { return host::utf8_path(host::platform::this_program()).parent_path() / "presets"; }
 
 [[noreturn]] void fail_with_names(const std::string& given) {
     std::vector<std::string> names;
@@ -23,10 +23,10 @@ fs::path own_presets() { return host::utf8_path(host::this_program()).parent_pat
     for (const auto& entry : fs::directory_iterator(own_presets(), code))
         names.push_back(entry.path().stem().string());
     std::sort(names.begin(), names.end());
-    const std::string near = io::nearest(given, names);
+    const std::string near = nearest(given, names);
     throw io::SceneError(
         given, {}, "there is no such preset",
-        near.empty() ? "use " + io::join_or(names) + ", or give a file" : "did you mean " + near + "?");
+        near.empty() ? "use " + join_or(names) + ", or give a file" : "did you mean " + near + "?");
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 
 #include "cli/messages.h"
 #include "cli/platform.h"
-#include "host/composition/printable.h"
+#include "host/text.h"
 
 namespace zam::cli {
 
@@ -37,8 +37,7 @@ void Progress::frame_done(int frame, const std::string& file) {
     ++done_;
     if (style_ == Style::bar) draw(file);
     if (style_ == Style::lines) {
-        std::fprintf(stream_, "frame %d (%d of %d): %s\n", frame, done_, total_,
-                     host::printable(file).c_str());
+        std::fprintf(stream_, "frame %d (%d of %d): %s\n", frame, done_, total_, printable(file).c_str());
         std::fflush(stream_);
     }
     if (style_ == Style::json)
@@ -75,7 +74,7 @@ void Progress::draw(const std::string& file) {
     line.append(static_cast<std::size_t>(full), '#').append(static_cast<std::size_t>(kBar - full), '-');
     line.append("] ").append(std::to_string(done_)).append("/").append(std::to_string(total_));
     if (done_ > 0) line += "  " + clock_text(seconds_left()) + " left";
-    if (!file.empty()) line += "  " + host::printable(file);
+    if (!file.empty()) line += "  " + printable(file);
     // A line that wraps could not be taken back.
     const int columns = platform::terminal_columns(stream_);
     line.resize(std::min(line.size(), static_cast<std::size_t>(columns > 1 ? columns - 1 : 79)));

@@ -161,7 +161,7 @@ void render(const RenderOptions& options) {
     job.background.spare_plates(job.frames, [&](int frame) { return job.names.file(frame); });
 
     io::make_folders_for(options.output);
-    const int threads = options.threads == 0 ? host::available_cores() : options.threads;
+    const int threads = host::thread_count(options.threads);
     tell_start(job, options, asked - job.frames.size(), threads);
     const auto style = options.quiet ? Progress::Style::silent : Progress::style_for(stderr);
     Progress progress(stderr, style, static_cast<int>(job.frames.size()));

@@ -4,8 +4,8 @@
 
 namespace zam::cli {
 
-// The command throws UsageError, io::SceneError, io::WriteError, host::ControlError (of the scene), host::PluginError or
-// Interrupted; when it returns, every frame is on disk.
+// The command throws UsageError, io::SceneError, io::WriteError, host::ControlError (of the scene), host::PluginError
+// or Interrupted; when it returns, every frame is on disk.
 Command add_render(CLI::App& app);
 
 }  // namespace zam::cli

@@ -6,8 +6,8 @@
 
 #include "cli/exit_code.h"
 #include "cli/messages.h"
+#include "host/text.h"
 #include "io/read_scene.h"
-#include "io/text.h"
 #include "io/values.h"
 
 namespace zam::cli {
@@ -36,8 +36,7 @@ CLI::Validator within(double least, double most) {
     return {[least, most](std::string& text) {
                 const double number = std::strtod(text.c_str(), nullptr);
                 if (number >= least && number <= most) return std::string();
-                return "this is no number from " + io::format_number(least) + " to " +
-                       io::format_number(most);
+                return "this is no number from " + format_number(least) + " to " + format_number(most);
             },
             ""};
 }

@@ -5,7 +5,7 @@
 #include "cli/exit_code.h"
 #include "cli/messages.h"
 #include "cli/parse_setting.h"
-#include "io/text.h"
+#include "host/text.h"
 
 namespace zam::cli {
 namespace {
@@ -16,7 +16,7 @@ void warn_of_useless_reach(const host::Composition& composition, const host::Lay
     const bool flat = !layer.three_d &&
                       (layer.kind == host::LayerKind::solid || layer.kind == host::LayerKind::null_object);
     if (!own && !flat) return;
-    print_warning("control \"Set Reach Layer\": layer " + io::quote(layer.name) +
+    print_warning("control \"Set Reach Layer\": layer " + quote(layer.name) +
                   (own ? " carries the effect" : " is a 2D layer") +
                   ", so the cones end at \"Reach\"; choose another 3D layer");
 }

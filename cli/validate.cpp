@@ -6,7 +6,6 @@
 #include "cli/exit_code.h"
 #include "cli/messages.h"
 #include "cli/open_scene.h"
-#include "cli/platform.h"
 #include "io/scene_error.h"
 
 namespace zam::cli {
@@ -58,10 +57,7 @@ Command add_validate(CLI::App& app) {
         app.add_subcommand("validate", "Read scenes and their controls with all checks, without rendering");
     parser->add_option("SCENE", options->files, "Compositions (.json) or glTF 2.0 scenes (.gltf, .glb)")
         ->option_text("...");
-    parser
-        ->add_option("--plugin", options->plugin,
-                     "Plug-in [" + std::string(platform::kPluginName) + " beside this program]")
-        ->option_text("FILE");
+    add_plugin_option(*parser, options->plugin);
     return {parser, [options] { validate(*options); }, kExample};
 }
 

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <set>
 
+#include "host/text.h"
 #include "io/control_settings.h"
 #include "io/effect_layer.h"
 #include "io/keyframes.h"
 #include "io/layer_reader.h"
-#include "io/text.h"
 #include "io/values.h"
 
 namespace zam::io {

@@ -1,7 +1,7 @@
 #include "io/control_settings.h"
 
+#include "host/text.h"
 #include "io/keyframes.h"
-#include "io/text.h"
 #include "io/values.h"
 
 namespace zam::io {

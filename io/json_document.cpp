@@ -10,7 +10,7 @@
 #include <system_error>
 #include <unordered_set>
 
-#include "io/text.h"
+#include "host/text.h"
 
 namespace zam::io {
 namespace {

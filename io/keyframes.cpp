@@ -1,6 +1,6 @@
 #include "io/keyframes.h"
 
-#include "io/text.h"
+#include "host/text.h"
 
 namespace zam::io {
 namespace {

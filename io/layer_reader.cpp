@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "host/text.h"
 #include "io/keyframes.h"
-#include "io/text.h"
 #include "io/values.h"
 
 namespace zam::io {

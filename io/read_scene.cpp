@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "host/text.h"
 #include "io/composition_reader.h"
 #include "io/gltf/read_gltf.h"
 #include "io/scene_error.h"
@@ -21,8 +22,7 @@ bool looks_like_json(const std::string& text) {
 }  // namespace
 
 bool is_gltf(const std::string& file) {
-    std::string extension = std::filesystem::path(file).extension().string();
-    for (char& c : extension) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    const std::string extension = lower(std::filesystem::path(file).extension().string());
     if (extension == ".gltf" || extension == ".glb") return true;
     if (extension == ".json") return false;
     std::ifstream stream(file, std::ios::binary);

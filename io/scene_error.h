@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "host/composition/printable.h"
+#include "host/text.h"
 
 namespace zam::io {
 
@@ -20,8 +20,8 @@ class SceneError : public std::runtime_error {
 
     // "file:line:column", or the file's name alone; printable.
     static std::string describe(const std::string& file, Place place) {
-        if (place.line == 0) return host::printable(file);
-        return host::printable(file) + ":" + std::to_string(place.line) + ":" + std::to_string(place.column);
+        if (place.line == 0) return printable(file);
+        return printable(file) + ":" + std::to_string(place.line) + ":" + std::to_string(place.column);
     }
 };
 

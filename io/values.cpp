@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <numeric>
 
+#include "host/text.h"
 #include "io/over.h"
-#include "io/text.h"
 
 namespace zam::io {
 namespace {

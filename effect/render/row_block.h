@@ -1,6 +1,6 @@
 #pragma once
-// A block of a row: its view rays, and the light that has been gathered along them. What a block needs fits the stack and
-// the first cache.
+// A block of a row: its view rays, and the light that has been gathered along them. What a block needs fits the stack
+// and the first cache.
 #include "effect/render/kernels/lanes.h"
 #include "effect/render/kernels/look.h"
 #include "effect/render/render_data.h"

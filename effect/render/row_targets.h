@@ -1,6 +1,6 @@
 #pragma once
-// One function for each target, each in a file of its own that is compiled for that kind of processor. All but the scalar
-// one may be left out of a build.
+// One function for each target, each in a file of its own that is compiled for that kind of processor. All but the
+// scalar one may be left out of a build.
 #include "effect/render/render_data.h"
 
 namespace zam {

@@ -1,7 +1,7 @@
 #pragma once
-// Which columns of a row a light can reach, found once per row and light: along a row the discriminant of a sphere or of
-// a cone is a quadratic in the ray's dx. Columns are always at least those that are lit, by the same formulas, literal
-// oddities included.
+// Which columns of a row a light can reach, found once per row and light: along a row the discriminant of a sphere or
+// of a cone is a quadratic in the ray's dx. Columns are always at least those that are lit, by the same formulas,
+// literal oddities included.
 #include "effect/render/render_data.h"
 
 namespace zam {

@@ -1,6 +1,6 @@
 #pragma once
-// Handles without a host: on macOS the system's Memory Manager, elsewhere small functions with its contract, whose blocks
-// never move.
+// Handles without a host: on macOS the system's Memory Manager, elsewhere small functions with its contract, whose
+// blocks never move.
 #include <cstddef>
 
 #include "hostapi/types.h"

@@ -19,7 +19,6 @@ struct ChildEnd {
 // For a process that loads code which may crash: no dialogue and no dump then.
 void prepare_for_crashes();
 
-[[nodiscard]] std::string this_program();  // its file
 [[nodiscard]] unsigned long this_process();
 
 }  // namespace zam::host

@@ -5,13 +5,9 @@
 
 #include <csignal>
 #include <cstring>
-#include <filesystem>
 #include <thread>
 
 #include "host/check/child_process.h"
-#ifdef __APPLE__
-#include <mach-o/dyld.h>
-#endif
 
 namespace zam::host {
 namespace {
@@ -60,17 +56,6 @@ ChildEnd run_child(const std::vector<std::string>& command, std::chrono::millise
 void prepare_for_crashes() {
     const rlimit none{0, 0};
     setrlimit(RLIMIT_CORE, &none);
-}
-
-std::string this_program() {
-#ifdef __APPLE__
-    char path[4096];
-    std::uint32_t size = sizeof path;
-    return _NSGetExecutablePath(path, &size) == 0 ? path : "";
-#else
-    std::error_code error;
-    return std::filesystem::read_symlink("/proc/self/exe", error).string();
-#endif
 }
 
 unsigned long this_process() { return static_cast<unsigned long>(getpid()); }

@@ -68,12 +68,6 @@ void prepare_for_crashes() {
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX);
 }
 
-std::string this_program() {
-    char path[32768];
-    const DWORD length = GetModuleFileNameA(nullptr, path, sizeof path);
-    return {path, length < sizeof path ? length : 0};
-}
-
 unsigned long this_process() { return GetCurrentProcessId(); }
 
 }  // namespace zam::host

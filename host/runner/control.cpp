@@ -3,68 +3,19 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <cstdio>
+#include <map>
 #include <optional>
 
-#include "host/composition/printable.h"
+#include "host/text.h"
 
 namespace zam::host {
 namespace {
 
-constexpr std::size_t kLongestWord = 64;  // longer words are not compared: the cost is quadratic
 constexpr std::size_t kMostOffered = 30;  // of what there is instead
 
-// Edits (insert, delete, replace one character) that turn one text into the other.
-std::size_t edit_distance(const std::string& a, const std::string& b) {
-    std::vector<std::size_t> row(b.size() + 1);
-    for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
-    for (std::size_t i = 1; i <= a.size(); ++i) {
-        std::size_t diagonal = row[0];
-        row[0] = i;
-        for (std::size_t j = 1; j <= b.size(); ++j) {
-            const std::size_t above = row[j];
-            row[j] = std::min({above + 1, row[j - 1] + 1, diagonal + (a[i - 1] == b[j - 1] ? 0 : 1)});
-            diagonal = above;
-        }
-    }
-    return row[b.size()];
-}
-
-std::string folded(std::string text) {
-    for (char& c : text) {
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    }
-    return text;
-}
-
-struct Candidate {
-    std::string text;   // that a user may have meant
-    std::string shown;  // and what to write for it
-};
-
-std::vector<Candidate> candidates(const std::vector<std::string>& texts) {
-    std::vector<Candidate> all;
-    for (const std::string& text : texts) all.push_back({text, text});
-    return all;
-}
-
-// `; did you mean "..."?` for a near miss, else `; there are "...", "..."`.
-std::string hint_from(const std::string& text, const std::vector<Candidate>& known) {
-    std::string best;
-    std::vector<std::string> all;
-    std::size_t nearest = std::max<std::size_t>(2, text.size() / 3) + 1;
-    for (const Candidate& candidate : known) {
-        const bool comparable = text.size() <= kLongestWord && candidate.text.size() <= kLongestWord;
-        const std::size_t distance =
-            comparable ? edit_distance(folded(text), folded(candidate.text)) : nearest;
-        if (distance < nearest) {
-            nearest = distance;
-            best = candidate.shown;
-        }
-        if (all.size() > kMostOffered) continue;
-        if (std::find(all.begin(), all.end(), candidate.shown) == all.end()) all.push_back(candidate.shown);
-    }
-    if (!best.empty()) return "; did you mean " + quote(best) + "?";
+// `; did you mean "..."?` when there is a near one, else `; there are "...", "..."`.
+std::string hint_from(const std::string& near, const std::vector<std::string>& all) {
+    if (!near.empty()) return "; did you mean " + quote(near) + "?";
     if (all.empty()) return "; there are none";
     std::string list;
     for (std::size_t i = 0; i < std::min(all.size(), kMostOffered); ++i)
@@ -85,19 +36,13 @@ std::optional<int> whole_number(const std::string& text) {
     return number;
 }
 
-std::string shown(double number) {
-    char text[40];
-    std::snprintf(text, sizeof text, "%.10g", number);
-    return text;
-}
-
 double slider_value(const Control& control, const ControlValue& value) {
     const double* number = std::get_if<double>(&value);
     if (!number || std::isnan(*number))
-        throw ControlError("wants a number, for example " + shown(control.default_value));
+        throw ControlError("wants a number, for example " + format_number(control.default_value));
     if (*number < control.valid_min || *number > control.valid_max) {
-        throw ControlError(shown(*number) + " is outside its range; use " + shown(control.valid_min) +
-                           " to " + shown(control.valid_max));
+        throw ControlError(format_number(*number) + " is outside its range; use " +
+                           format_number(control.valid_min) + " to " + format_number(control.valid_max));
     }
     return *number;
 }
@@ -105,15 +50,16 @@ double slider_value(const Control& control, const ControlValue& value) {
 double popup_value(const Control& control, const ControlValue& value) {
     if (const auto* text = std::get_if<std::string>(&value)) {
         for (std::size_t i = 0; i < control.choices.size(); ++i) {
-            if (folded(control.choices[i]) == folded(*text)) return static_cast<double>(i + 1);
+            if (lower(control.choices[i]) == lower(*text)) return static_cast<double>(i + 1);
         }
-        throw ControlError("has no choice " + quote(*text) + hint_from(*text, candidates(control.choices)));
+        throw ControlError("has no choice " + quote(*text) +
+                           hint_from(nearest(*text, control.choices), control.choices));
     }
     const double* number = std::get_if<double>(&value);
     const auto choices = static_cast<double>(control.choices.size());
     if (number && *number >= 1.0 && *number <= choices && *number == std::floor(*number)) return *number;
-    throw ControlError("wants one of its choices" + hint_from("", candidates(control.choices)) +
-                       ", or 1 to " + shown(choices));
+    throw ControlError("wants one of its choices" + hint_from("", control.choices) + ", or 1 to " +
+                       format_number(choices));
 }
 
 double checkbox_value(const ControlValue& value) {
@@ -130,7 +76,8 @@ double layer_value(const ControlValue& value, const Composition& composition) {
             composition.find_layer(static_cast<LayerId>(*number))) {
             return *number;
         }
-        throw ControlError("no layer has id " + shown(*number) + "; use a layer's name or id, 0 for none");
+        throw ControlError("no layer has id " + format_number(*number) +
+                           "; use a layer's name or id, 0 for none");
     }
     const auto* text = std::get_if<std::string>(&value);
     if (!text) throw ControlError("wants a layer; use its name or id, 0 for none");
@@ -148,8 +95,8 @@ double layer_value(const ControlValue& value, const Composition& composition) {
         found = &layer;
     }
     if (found) return found->id;
-    if (text->empty() || folded(*text) == "none") return 0.0;
-    throw ControlError("no layer is called " + quote(*text) + hint_from(*text, candidates(names)));
+    if (text->empty() || lower(*text) == "none") return 0.0;
+    throw ControlError("no layer is called " + quote(*text) + hint_from(nearest(*text, names), names));
 }
 
 double plain_value(const Control& control, const ControlValue& value, const Composition& composition) {
@@ -172,16 +119,18 @@ bool interpolates(PF_ParamType type) {
 }
 
 const Control& find_control(const std::vector<Control>& controls, const std::string& text) {
-    std::vector<Candidate> known;
+    std::map<std::string, std::string> proper;  // what to write, by whatever a user may have meant to
+    std::vector<std::string> all;
     std::vector<const Control*> matches;
     for (const Control& control : controls) {
         if (!holds_value(control.type)) continue;
         const bool unique = std::count_if(controls.begin(), controls.end(), [&](const Control& other) {
                                 return holds_value(other.type) && other.name == control.name;
                             }) == 1;
-        const std::string path = path_of(control), shown = unique ? control.name : path;
-        known.push_back({control.name, shown});
-        known.push_back({path, shown});
+        const std::string path = path_of(control);
+        all.push_back(unique ? control.name : path);
+        proper.try_emplace(control.name, all.back());
+        proper.try_emplace(path, all.back());
         if (!text.empty() && text[0] == '#' && whole_number(text.substr(1)) == control.id) return control;
         if (path == text || control.name == text) matches.push_back(&control);
     }
@@ -190,7 +139,10 @@ const Control& find_control(const std::vector<Control>& controls, const std::str
         if (!text.empty() && text[0] == '#') {
             throw ControlError("no control has the id " + quote(text) + "; ids are \"#\" and a whole number");
         }
-        throw ControlError("no control is called " + quote(text) + hint_from(text, known));
+        std::vector<std::string> words;
+        for (const auto& [word, written] : proper) words.push_back(word);
+        throw ControlError("no control is called " + quote(text) +
+                           hint_from(proper[nearest(text, words)], all));
     }
     std::string places;
     for (const Control* match : matches) places += (places.empty() ? "" : " or ") + quote(path_of(*match));

@@ -24,8 +24,8 @@ std::optional<double> grant_of(const fs::path& folder) {
     return quota / period;
 }
 
-// Where a line of the membership leads: "0::/path" of version 2, or "4:cpu,cpuacct:/path" of version 1, whose hierarchies
-// have a folder each, named as the line names them.
+// Where a line of the membership leads: "0::/path" of version 2, or "4:cpu,cpuacct:/path" of version 1, whose
+// hierarchies have a folder each, named as the line names them.
 struct Group {
     fs::path root, path;
 };
@@ -69,5 +69,7 @@ int available_cores() {
     const int cores = platform::usable_cores();
     return std::max(1, grant ? static_cast<int>(std::min<double>(cores, std::ceil(*grant))) : cores);
 }
+
+int thread_count(int asked) { return std::clamp(asked == 0 ? available_cores() : asked, 1, 256); }
 
 }  // namespace zam::host

@@ -10,9 +10,11 @@ namespace zam::host {
 // its control groups grant it, rounded up.
 [[nodiscard]] int available_cores();
 
-// That grant, in cores: the least limit on the way from its group up to the root of the hierarchy, of either version of
-// control groups.
-// `membership` is the text of /proc/self/cgroup. None when nothing limits it.
+// How many threads to start when `asked` for so many, at most 256; 0 asks for one per available core.
+[[nodiscard]] int thread_count(int asked);
+
+// That grant, in cores: the least limit on the way from its group up to the root of the hierarchy, of either version
+// of control groups. `membership` is the text of /proc/self/cgroup. None when nothing limits it.
 [[nodiscard]] std::optional<double> granted_cores(const std::filesystem::path& hierarchy,
                                                   const std::string& membership);
 

@@ -9,6 +9,8 @@ namespace zam::host::platform {
 [[nodiscard]] void* find_symbol(void* library, const char* name);  // null: it exports none of that name
 void unload_library(void* library);
 
+[[nodiscard]] std::string this_program();  // its file; empty when the system does not tell
+
 // On which this process may run, at least 1.
 [[nodiscard]] int usable_cores();
 

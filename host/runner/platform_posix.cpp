@@ -2,8 +2,12 @@
 #ifdef __linux__
 #include <sched.h>
 #endif
+#ifdef __APPLE__
+#include <mach-o/dyld.h>
+#endif
 
 #include <algorithm>
+#include <filesystem>
 #include <thread>
 
 #include "host/runner/platform.h"
@@ -32,6 +36,17 @@ int usable_cores() {
     if (sched_getaffinity(0, sizeof set, &set) == 0) return std::max(1, CPU_COUNT(&set));
 #endif
     return std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+}
+
+std::string this_program() {
+#ifdef __APPLE__
+    char path[4096];
+    std::uint32_t size = sizeof path;
+    return _NSGetExecutablePath(path, &size) == 0 ? path : "";
+#else
+    std::error_code error;
+    return std::filesystem::read_symlink("/proc/self/exe", error).string();
+#endif
 }
 
 }  // namespace zam::host::platform

@@ -51,4 +51,10 @@ int usable_cores() {
     return std::max(1, std::popcount(own));
 }
 
+std::string this_program() {
+    wchar_t path[32768];
+    const DWORD length = GetModuleFileNameW(nullptr, path, static_cast<DWORD>(std::size(path)));
+    return std::filesystem::path(std::wstring(path, length < std::size(path) ? length : 0)).string();
+}
+
 }  // namespace zam::host::platform

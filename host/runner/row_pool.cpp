@@ -1,12 +1,10 @@
 #include "host/runner/row_pool.h"
 
-#include <algorithm>
-
 #include "host/runner/cores.h"
 
 namespace zam::host {
 
-RowPool::RowPool(int threads) : threads_(std::clamp(threads == 0 ? available_cores() : threads, 1, 256)) {}
+RowPool::RowPool(int threads) : threads_(thread_count(threads)) {}
 
 RowPool::~RowPool() {
     {

@@ -4,7 +4,7 @@
 #include <bit>
 #include <cmath>
 
-#include "io/text.h"
+#include "host/text.h"
 
 namespace zam::io::gltf {
 namespace {

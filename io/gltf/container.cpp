@@ -6,8 +6,8 @@
 #include <fstream>
 #include <optional>
 
+#include "host/text.h"
 #include "host/utf8_path.h"
-#include "io/text.h"
 
 namespace zam::io::gltf {
 namespace {

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "io/text.h"
+#include "host/text.h"
 
 namespace zam::io::gltf {
 namespace {

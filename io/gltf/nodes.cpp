@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <set>
 
+#include "host/text.h"
 #include "io/gltf/lights.h"
-#include "io/text.h"
 
 namespace zam::io::gltf {
 namespace {

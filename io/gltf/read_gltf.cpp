@@ -5,11 +5,11 @@
 #include <filesystem>
 #include <map>
 
+#include "host/text.h"
 #include "host/utf8_path.h"
 #include "io/effect_layer.h"
 #include "io/gltf/bounds.h"
 #include "io/gltf/layers.h"
-#include "io/text.h"
 
 namespace zam::io::gltf {
 namespace {

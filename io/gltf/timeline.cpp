@@ -2,8 +2,8 @@
 
 #include <cmath>
 
+#include "host/text.h"
 #include "io/scene_error.h"
-#include "io/text.h"
 
 namespace zam::io::gltf {
 namespace {

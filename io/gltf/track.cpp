@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "host/text.h"
 #include "io/gltf/accessor.h"
-#include "io/text.h"
 
 namespace zam::io::gltf {
 namespace {

@@ -7,9 +7,9 @@
 #include <new>
 #include <vector>
 
+#include "host/text.h"
 #include "io/images/deflate.h"
 #include "io/images/samples.h"
-#include "io/text.h"
 
 namespace zam::io {
 namespace {

@@ -8,14 +8,14 @@
 //   c       cosSq               -        squared cosine of the half angle
 //
 // x(t) is on the double cone where A t^2 + 2 B t + C = 0 with A = k^2 - c (r.r), B = c (r.p) - k (d.p) and
-// C = (d.p)^2 - c (p.p). Half of it, the nappe behind the apex, is no part of the light: x(t) is on the forward one where
-// (t r - p).d = t k - d.p is not negative.
+// C = (d.p)^2 - c (p.p). Half of it, the nappe behind the apex, is no part of the light: x(t) is on the forward one
+// where (t r - p).d = t k - d.p is not negative.
 //
-// The caps are planes across the axis, d.x = startPlane and d.x = endPlane, that the ray meets at t = plane / k. Plain, from
-// lo = 0 and hi = kFarthest, the end cap first: where k > 0 the light lies before it, hi = min(hi, end), and where k < 0
-// behind it, lo = max(lo, end); then the start cap the other way round, lo = max(lo, start) where k > 0, hi = min(hi, start)
-// where k < 0. One selection by the sign of k does both below. With a reach layer its plane is the end cap, n.x = endPlane
-// endSign, and the sign of r.n decides in place of k.
+// The caps are planes across the axis, d.x = startPlane and d.x = endPlane, that the ray meets at t = plane / k.
+// Plain, from lo = 0 and hi = kFarthest, the end cap first: where k > 0 the light lies before it, hi = min(hi, end),
+// and where k < 0 behind it, lo = max(lo, end); then the start cap the other way round, lo = max(lo, start) where
+// k > 0, hi = min(hi, start) where k < 0. One selection by the sign of k does both below. With a reach layer its
+// plane is the end cap, n.x = endPlane endSign, and the sign of r.n decides in place of k.
 #include "effect/render/kernels/lanes.h"
 #include "effect/render/kernels/records.h"
 
@@ -99,8 +99,8 @@ template <class V>
     const auto parallel = Abs(A) <= kConeEps;
     const V D = NegMulAdd(A, C, minus_B * minus_B);
 
-    // Two roots. One that is not on the forward nappe counts as lying beyond all: then the stretch is from the other root
-    // on (k > 0) or up to it (k <= 0), and of two such there is none.
+    // Two roots. One that is not on the forward nappe counts as lying beyond all: then the stretch is from the other
+    // root on (k > 0) or up to it (k <= 0), and of two such there is none.
     const auto two = (!parallel) & (D > kConeEps);
     const V w = Root(select(two, D, V(1.0)));
     const V inv_a = Reciprocal(select(parallel, V(1.0), A));

@@ -36,9 +36,9 @@ template <class V, int kTerms>
 
 // The angle of the point (x, y) above the x axis, for y >= 0: 0 to pi. Not for x = y = 0.
 //
-// With the smaller coordinate over the larger, q, the angle is atan(q) from the nearer axis; beyond pi/8 it is pi/4 and the
-// arc tangent of (q - 1) / (q + 1). In two halves, which a loop may run one after the other: the quotient, and the angle
-// from it.
+// With the smaller coordinate over the larger, q, the angle is atan(q) from the nearer axis; beyond pi/8 it is pi/4
+// and the arc tangent of (q - 1) / (q + 1). In two halves, which a loop may run one after the other: the quotient,
+// and the angle from it.
 template <class V>
 struct NearerAxis {
     V smaller_one, larger_one;
@@ -109,7 +109,8 @@ template <class V>
     return MulAdd(exponent, V(kLn2High), MulAdd(exponent, V(kLn2Low), fraction));
 }
 
-// v^exponent for normal v > 0 and exponent > 0; 0 where the result is below the normal numbers, e^708 where it is above.
+// v^exponent for normal v > 0 and exponent > 0; 0 where the result is below the normal numbers, e^708 where it is
+// above.
 template <class V>
 [[gnu::always_inline]] inline V Power(V v, double exponent) {
     const V power = exponent * LogOfQuotient(v, V(1.0));  // natural logarithm of the result

@@ -33,8 +33,8 @@ inline double Floor(double v) { return std::floor(v); }
 [[gnu::always_inline]] inline double MulAdd(double a, double b, double c) { return a * b + c; }
 inline double NegMulAdd(double a, double b, double c) { return c - a * b; }
 
-// n / d, 1 / v, 1 / sqrt(v) and sqrt(v), for normal numbers (positive ones under the root) to about one unit in the last
-// place.
+// n / d, 1 / v, 1 / sqrt(v) and sqrt(v), for normal numbers (positive ones under the root) to about one unit in the
+// last place.
 inline double Quotient(double n, double d) { return n / d; }
 inline double Reciprocal(double v) { return 1.0 / v; }
 inline double ReciprocalRoot(double v) { return 1.0 / std::sqrt(v); }

@@ -1,6 +1,6 @@
 #pragma once
-// Two lane vectors as one of twice the width. What depends on each other within one vector leaves the processor waiting;
-// the other half fills the gaps, and constants are fetched once for both.
+// Two lane vectors as one of twice the width. What depends on each other within one vector leaves the processor
+// waiting; the other half fills the gaps, and constants are fetched once for both.
 #include "effect/render/kernels/lanes.h"
 
 namespace zam {

@@ -27,8 +27,8 @@ template <class V>
     return std::floor(0.5 * exponent) == 0.5 * exponent ? power : -power;
 }
 
-// The final curve of one sum. Chosen by ranges: below 3 cut off, 3 and 4 the square root, above 4 the power. Of a sum below
-// zero, roots are not numbers.
+// The final curve of one sum. Chosen by ranges: below 3 cut off, 3 and 4 the square root, above 4 the power. Of a sum
+// below zero, roots are not numbers.
 template <class V>
 [[gnu::always_inline]] inline V ShapeByLook(std::int32_t look, double invGamma, V v) {
     const V cut = smaller(v, V(1.0));

@@ -86,8 +86,8 @@ void BlendEdge(const _LightData& spot, const _VisLightStruct& light, const _OptS
     *far = middle + length * 0.5;
 }
 
-// (px, py) is the pixel and [*tNear, *tFar] the stretch of its own ray in the cone that coneC and cosSq choose; writes the
-// blended stretch in its place.
+// (px, py) is the pixel and [*tNear, *tFar] the stretch of its own ray in the cone that coneC and cosSq choose;
+// writes the blended stretch in its place.
 template <class V>
 [[gnu::always_inline]] inline void RefineIntersection(const _LightData& spot, const _VisLightStruct& light,
                                                       const _OptSpotData& opt, const PixelRays& rays, V px,

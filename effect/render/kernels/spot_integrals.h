@@ -15,8 +15,8 @@
 //
 // deliberate: the natural and distance models take the softened distance in the cosine too
 //
-// With a feather the integral runs over the near stretch, from the outer cone to the inner one, and the far stretch, from
-// the inner to the outer; w is linear in the cosine, so that both together are
+// With a feather the integral runs over the near stretch, from the outer cone to the inner one, and the far stretch,
+// from the inner to the outer; w is linear in the cosine, so that both together are
 //
 //   [C(near) + C(far) - cosOuter (I(outer) - I(inner))] / (cosInner - cosOuter)
 //
@@ -35,8 +35,8 @@
 //   log(g1) - log(g0)           = LogOfQuotient(g1, g0),  g = v + sqrt(v^2 + w2)
 //
 // where for v < 0, where that sum cancels, g = w2 / (sqrt(v^2 + w2) - v): one factor on the other side of the quotient.
-// Two differences become one function of the product of their quotients: as complex numbers for angles, as they stand for
-// logarithms.
+// Two differences become one function of the product of their quotients: as complex numbers for angles, as they stand
+// for logarithms.
 #include "effect/render/kernels/elementary.h"
 #include "effect/render/kernels/records.h"
 
@@ -150,7 +150,8 @@ struct NaturalFog {
     }
     // Stretches whose feather is known not to be negative. Seen from the light the ray sweeps an angle at the rate
     // w / Q, so that the feather's sign is that of the mean over that angle of c - cosOuter. There c is C cos(angle -
-    // angle0), and the mean of a cosine over less than half a turn is at least that of its ends, if that is not negative.
+    // angle0), and the mean of a cosine over less than half a turn is at least that of its ends, if that is not
+    // negative.
     [[gnu::always_inline]] auto KnownNotNegative(const _OptSpotData& cone, const End& from,
                                                  const End& to) const {
         const auto depth = [this](const End& end) { return MulAdd(ray.k, end.v, ray.m); };  // a (k t - dp)

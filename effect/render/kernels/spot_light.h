@@ -42,8 +42,8 @@ template <class V, class Fog, class End>
     return FeatherOf<V>(fog, cone, ends.f_in, ends.t_in) + FeatherOf<V>(fog, cone, ends.t_out, ends.f_out);
 }
 
-// The inner cone's stretch and, with a feather, the near and the far stretch beside it, or all of the outer cone's where
-// the inner cone has none. A stretch of the feather that comes out negative counts as none.
+// The inner cone's stretch and, with a feather, the near and the far stretch beside it, or all of the outer cone's
+// where the inner cone has none. A stretch of the feather that comes out negative counts as none.
 template <bool kFeathered, class V, class Fog>
 [[gnu::always_inline]] inline V SumOfPieces(const ConeStretches<V>& s, const Fog& fog,
                                             const _OptSpotData& cone) {

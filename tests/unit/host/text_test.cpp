@@ -1,4 +1,4 @@
-#include "host/composition/printable.h"
+#include "host/text.h"
 
 #include <gtest/gtest.h>
 
