@@ -30,6 +30,7 @@ void* load_library(const std::string& path, std::string* reason) {
     std::error_code error;
     std::filesystem::path place = std::filesystem::absolute(utf8_path(path), error);
     place.make_preferred();
+    if (!place.has_extension()) place += L".";  // or the loader puts .dll behind the name
     // Of a damaged file the loader would speak in a box, and wait.
     DWORD before = 0;
     SetThreadErrorMode(SEM_FAILCRITICALERRORS, &before);
