@@ -56,8 +56,8 @@ reference::Light make_light(const host::Composition& comp, const host::Layer& la
 
 }  // namespace
 
-reference::Frame render_reference(const host::Composition& comp, const std::vector<host::Control>& controls,
-                                  double frame, const host::RenderSettings& settings) {
+host::Frame render_reference(const host::Composition& comp, const std::vector<host::Control>& controls,
+                             double frame, const host::RenderSettings& settings) {
     reference::Controls c;
     reference::Reach reach;
     const auto value_of = [&](const char* name, double fallback) {
@@ -114,7 +114,13 @@ reference::Frame render_reference(const host::Composition& comp, const std::vect
             (layer.light.type == host::LightType::spot || layer.light.type == host::LightType::point);
         if (shown) lights.push_back(make_light(comp, layer, frame));
     }
-    return reference::render(make_view(comp, frame, settings), c, reach, lights);
+    reference::Frame drawn = reference::render(make_view(comp, frame, settings), c, reach, lights);
+    host::Frame result;
+    result.width = drawn.width;
+    result.height = drawn.height;
+    result.depth = settings.depth;
+    result.argb = std::move(drawn.argb);
+    return result;
 }
 
 }  // namespace zam::test
