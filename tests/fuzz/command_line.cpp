@@ -9,7 +9,7 @@
 #include "cli/parse_setting.h"
 #include "cli/render_options.h"
 #include "io/scene_error.h"
-#include "tests/fuzz/some_controls.h"
+#include "tests/fuzz/effect_controls.h"
 #include "tests/fuzz/target.h"
 
 namespace {
@@ -49,7 +49,7 @@ void use(cli::RenderOptions& options) {
     fuzz::require(names.varies() == (names.file(0) != names.file(1)), "frames have names of their own");
     const cli::Background background(options.over);
     for (const std::string& setting : options.settings)
-        fuzz::require_resolves(cli::parse_setting(setting, fuzz::some_controls()), scene.composition);
+        fuzz::require_resolves(cli::parse_setting(setting, fuzz::effect_controls()), scene.composition);
 }
 
 }  // namespace
