@@ -35,9 +35,7 @@ Frame take(const Shot& shot, const Plugin& plugin, SessionOptions options) {
     options.amend_in_data = shot.amend;
     Session session(plugin, comp, std::move(options));
     session.start();
-    for (const auto& [index, value] : shot.controls) session.set_control(index, value);
-    if (shot.wall)
-        session.choose_layer(find_control(session.controls(), "Set Reach Layer").index, shot.wall, 0);
+    shot.apply(session);
     comp.width = shot.shown_width;
     comp.height = shot.shown_height;
     return session.render(0, shot.settings);

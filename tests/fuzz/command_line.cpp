@@ -1,5 +1,6 @@
 // The words after `zam render`, one a line. What they name is never opened: the scene is one of our own.
 #include <CLI/CLI.hpp>
+#include <sstream>
 
 #include "cli/background.h"
 #include "cli/exit_code.h"
@@ -24,12 +25,9 @@ constexpr const char* kScene = R"({"asset": {"version": "2.0"},
 
 std::vector<std::string> words_of(std::string_view text) {
     std::vector<std::string> words;
-    for (std::size_t at = 0; at < text.size() && words.size() < 40;) {
-        const std::size_t end = std::min(text.find('\n', at), text.size());
-        // No word of a command line holds a zero.
-        words.emplace_back(text.substr(at, std::min(end, text.find('\0', at)) - at));
-        at = end + 1;
-    }
+    std::istringstream lines{std::string(text)};
+    for (std::string line; words.size() < 40 && std::getline(lines, line);)
+        words.emplace_back(line.c_str());  // no word of a command line holds a zero
     return words;
 }
 
