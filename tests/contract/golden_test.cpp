@@ -13,28 +13,23 @@ namespace {
 
 struct Golden {
     const char* scene;
-    double frame;
+    int frame;
     Depth depth;
     Ratio across, down;  // the resolution
 
     [[nodiscard]] RenderSettings settings() const { return {depth, across, down}; }
     [[nodiscard]] std::string file() const {
-        return "tests/golden/" + std::string(scene) + "." + std::to_string(static_cast<int>(frame)) +
+        return "tests/golden/" + std::string(scene) + "." + std::to_string(frame) +
                (across.den > 1 ? ".low" : "") + ".png";
     }
 };
 
 std::vector<Golden> goldens() {
     std::vector<Golden> all;
-    const auto add = [&](const char* scene, int frames) {
-        for (int frame = 0; frame < frames; ++frame)
-            all.push_back({scene, static_cast<double>(frame), Depth::bits16, {}, {}});
-    };
-    add("points", 6);
-    add("spots", 6);
-    add("reach", 4);
-    add("axis_across", 3);
-    add("default_view", 1);
+    for (const auto& [scene, frames] :
+         {std::pair{"points", 6}, {"spots", 6}, {"reach", 4}, {"axis_across", 3}, {"default_view", 1}}) {
+        for (int frame = 0; frame < frames; ++frame) all.push_back({scene, frame, Depth::bits16, {}, {}});
+    }
     all.push_back({"spots", 0, Depth::bits8, {}, {}});
     all.push_back({"spots", 0, Depth::bits16, {1, 3}, {1, 2}});
     all.push_back({"points", 3, Depth::bits8, {1, 2}, {1, 2}});
@@ -76,8 +71,8 @@ TEST(Golden, FramesAreTheReferenceRenderers) {
         if (golden.depth != Depth::bits16) continue;
         if (accept)
             io::write_image(golden.file(), slow,
-                            {static_cast<int>(golden.frame), comp.frame_rate, comp.pixel_aspect,
-                             "the slow reference renderer", golden.scene},
+                            {golden.frame, comp.frame_rate, comp.pixel_aspect, "the slow reference renderer",
+                             golden.scene},
                             {.bits = 16});
         expect_same_picture(frame, io::PngReader(golden.file()).read(Depth::bits16),
                             golden.file() + " as kept");

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <numeric>
 #include <random>
 #include <string_view>
 
@@ -45,7 +46,7 @@ TEST(LongRun, ChangingScenesKeepNothingAndTheSameSceneGivesTheSameFrame) {
     const int frames = asked ? std::max(1, std::atoi(asked)) : 300;
     std::vector<std::size_t> first(kScenes, 0);
     std::vector<unsigned> order(kScenes);
-    for (unsigned i = 0; i < kScenes; ++i) order[i] = i;
+    std::iota(order.begin(), order.end(), 0U);
     std::mt19937 shuffling(1);
     int black = 0;
     double warm = 0, most = 0;
