@@ -10,8 +10,8 @@
 namespace zam::fuzz {
 
 const std::vector<host::Control>& effect_controls() {
+    static const host::Plugin plugin(ZAM_PLUGIN_FILE);  // stays: libFuzzer keeps pointers to its counters
     static const std::vector<host::Control> controls = [] {
-        const host::Plugin plugin(ZAM_PLUGIN_FILE);
         host::Composition composition;
         io::add_effect_layer(composition);
         host::Session session(plugin, composition, {});
@@ -20,6 +20,13 @@ const std::vector<host::Control>& effect_controls() {
     }();
     return controls;
 }
+
+namespace {
+
+// Before the first input, so that the effect's edges are not among those that inputs reach.
+[[maybe_unused]] const auto& loaded = effect_controls();
+
+}  // namespace
 
 void require_resolves(const host::ControlSetting& setting, const host::Composition& composition) {
     try {
