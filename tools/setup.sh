@@ -10,7 +10,7 @@ arm64="g++-aarch64-linux-gnu qemu-user libstdc++6:arm64 libpng-dev:arm64 libtiff
     libopenexr-3-1-30:arm64 libgtest-dev:arm64 libgmock-dev:arm64"
 macos="lld-14 llvm-14 python3"
 command -v npm >/dev/null || macos="$macos npm"
-farm="slurmctld slurmd slurm-client python3 python3-yaml"
+farm="slurmctld slurmd slurm-client munge python3 python3-yaml"
 windows="g++-mingw-w64-x86-64-posix libz-mingw-w64-dev dpkg-dev"
 wine="wine wine64 googletest"
 

@@ -2,7 +2,6 @@
 
 import os
 import pathlib
-import pwd
 import shutil
 import signal
 import socket
@@ -18,8 +17,9 @@ ClusterName=zam-test
 SlurmctldHost={host}(127.0.0.1)
 SlurmctldPort={ports[0]}
 SlurmdPort={ports[1]}
-AuthType=auth/none
-CredType=cred/none
+AuthType=auth/munge
+AuthInfo=socket={folder}/munge.socket
+CredType=cred/munge
 SlurmUser={user}
 SlurmdUser={user}
 StateSaveLocation={folder}/state
@@ -74,10 +74,10 @@ class OneMachineSlurm:
     """with OneMachineSlurm() as slurm: nothing of it is left afterwards."""
 
     def __enter__(self):
+        for program in ("munged", "slurmctld", "slurmd", "sbatch"):
+            if not shutil.which(program, path=self.search_path()):
+                raise Failed(f"there is no {program}: run tools/setup.sh farm")
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="zam-farm-"))
-        self.environment = {**os.environ, "SLURM_CONF": f"{self.folder}/slurm.conf",
-                            "SBATCH_OUTPUT": f"{self.folder}/log/%A_%a.log",
-                            "PATH": os.environ.get("PATH", "") + ":/usr/sbin:/usr/bin"}
         self.daemons = {}
         try:
             self.start()
@@ -89,30 +89,54 @@ class OneMachineSlurm:
     def __exit__(self, kind, *_):
         if kind is Failed:
             self.show_logs()
-        wait_for("all processes to end", lambda: not self.kill_processes())
-        for daemon in self.daemons.values():
-            daemon.wait()
-        shutil.rmtree(self.folder, ignore_errors=True)
+        try:
+            self.clear_queue()
+        finally:
+            for daemon in reversed(self.daemons.values()):
+                daemon.terminate()
+            for daemon in self.daemons.values():
+                try:
+                    daemon.wait(20)
+                except subprocess.TimeoutExpired:
+                    daemon.kill()
+                    daemon.wait()
+            self.kill_what_is_left()
+            shutil.rmtree(self.folder, ignore_errors=True)
+
+    @staticmethod
+    def search_path():
+        return os.environ.get("PATH", "") + ":/usr/sbin:/usr/bin"
 
     def start(self):
+        self.folder.chmod(0o755)  # munge wants everybody to reach its socket
         for name in ("state", "spool", "log"):
             (self.folder / name).mkdir()
-        (self.folder / "cgroup.conf").write_text(CGROUP_CONFIG.format(folder=self.folder))
-        (self.folder / "slurm.conf").write_text(CONFIG.format(
-            host=socket.gethostname().split(".")[0], folder=self.folder, user=pwd.getpwuid(os.getuid()).pw_name,
-            ports=free_ports(2)))
-        self.start_daemon("slurmctld")
-        self.start_daemon("slurmd")
+        key = self.folder / "munge.key"
+        key.touch(0o600)
+        key.write_bytes(os.urandom(128))
+        host = socket.gethostname().split(".")[0]
+        config = self.folder / "slurm.conf"
+        config.with_name("cgroup.conf").write_text(CGROUP_CONFIG.format(folder=self.folder))
+        config.write_text(CONFIG.format(host=host, folder=self.folder, user=self.user(), ports=free_ports(2)))
+        self.environment = {**os.environ, "SLURM_CONF": str(config), "PATH": self.search_path(),
+                            "SBATCH_OUTPUT": str(self.folder / "log" / "%A_%a.log")}
+        self.daemon("munged", "--force", "--foreground", *(f"--{option}={self.folder}/{name}" for option, name in (
+            ("socket", "munge.socket"), ("key-file", "munge.key"), ("seed-file", "munge.seed"),
+            ("pid-file", "munged.pid"), ("log-file", "log/munge.log"))))
+        wait_for("munged", (self.folder / "munge.socket").exists)
+        self.daemon("slurmctld", "-D")
+        self.daemon("slurmd", "-D")
         wait_for("an idle node", lambda: self.all_run() and self.run("sinfo", "-h", "-o", "%T", check=False) == "idle")
 
-    def start_daemon(self, name):
-        program = shutil.which(name, path=self.environment["PATH"])
-        if not program:
-            raise Failed(f"there is no {name}: run tools/setup.sh farm")
+    @staticmethod
+    def user():
+        return subprocess.run(["id", "-un"], capture_output=True, text=True, check=True).stdout.strip()
+
+    def daemon(self, *command):
         # Sessions of their own: a Ctrl-C at the terminal is for the test, which ends them in order.
-        with open(self.folder / "log" / f"{name}.out", "w") as out:
-            self.daemons[name] = subprocess.Popen([program, "-D"], stdin=subprocess.DEVNULL, stdout=out, stderr=out,
-                                                  env=self.environment, start_new_session=True)
+        with open(self.folder / "log" / f"{command[0]}.out", "w") as out:
+            self.daemons[command[0]] = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=out, stderr=out,
+                                                        env=self.environment, start_new_session=True)
 
     def all_run(self):
         for name, daemon in self.daemons.items():
@@ -157,14 +181,17 @@ class OneMachineSlurm:
             lines = log.read_text(errors="replace").splitlines()
             print(f"--- {log.name}, its last lines", *lines[-15:], sep="\n", flush=True)
 
-    def kill_processes(self):
-        """How many there were: daemons and tasks. They are known by their environment, which names this folder."""
-        mark, killed = f"SLURM_CONF={self.folder}/".encode(), 0
+    def clear_queue(self):
+        if "slurmd" in self.daemons and all(daemon.poll() is None for daemon in self.daemons.values()):
+            self.run("scancel", "--user", self.user(), check=False)
+            wait_for("the queue to be empty", lambda: not self.run("squeue", "-h", check=False))
+
+    def kill_what_is_left(self):
+        """Tasks outlive slurmd. They are known by their environment, which names this folder."""
+        mark = f"SLURM_CONF={self.folder}/".encode()
         for process in pathlib.Path("/proc").glob("[0-9]*"):
             try:
                 if mark in (process / "environ").read_bytes():
                     os.kill(int(process.name), signal.SIGKILL)
-                    killed += 1
             except OSError:
                 pass  # it is another user's, or gone
-        return killed
