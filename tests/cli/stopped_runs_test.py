@@ -120,13 +120,12 @@ class StoppedRuns(ProgramTest):
             used.append(sum(resource.getrusage(resource.RUSAGE_CHILDREN)[:2]))
         self.assertLess(max(b - a for a, b in zip(used, used[1:])), 5)
 
-    def told_once(self, run, hint):
+    def told_once(self, run, reason, hint):
         """One message and its hint, and the exit code for what cannot be written."""
         self.assertEqual(run.returncode, 5, run.stderr)
-        lines = [line for line in run.stderr.splitlines() if line.startswith("zam: ")]
-        self.assertEqual(len(lines), 2, run.stderr)
-        self.assertIn(": cannot ", lines[0])
-        self.assertIn(f"zam: hint: {hint}", lines[1])
+        message, way_out = [line for line in run.stderr.splitlines() if line.startswith("zam: ")]
+        self.assertRegex(message, f": cannot .*{reason}")
+        self.assertIn(f"zam: hint: {hint}", way_out)
 
     def test_no_more_space(self):
         def limited():
@@ -140,12 +139,11 @@ class StoppedRuns(ProgramTest):
                 self.write("many.json", {**SCENE, "layers": SCENE["layers"] * 40})
                 run = subprocess.run([*PROGRAM, name, "many.json" if name == "convert" else "large.json", *rest],
                                      cwd=self.folder, capture_output=True, text=True, preexec_fn=limited)
-                self.told_once(run, "free some space")
-                self.assertIn("File too large", run.stderr)
+                self.told_once(run, "File too large", "free some space")
                 self.assertEqual(self.names("out"), [])
         with open("/dev/full", "w") as full:
             run = subprocess.run([*PROGRAM, "controls"], stdout=full, stderr=subprocess.PIPE, text=True)
-        self.told_once(run, "free some space")
+        self.told_once(run, "No space left on device", "free some space")
 
         # A disk of its own, as large as some of the frames.
         own = ["unshare", "--user", "--map-root-user", "--mount", "sh", "-c"]
@@ -156,8 +154,7 @@ class StoppedRuns(ProgramTest):
         for ending in ("png", "exr"):
             script = mount + f'"$@" render large.json -o disk/a.##.{ending} --depth 16; code=$?; mkdir out; cp disk/* out; exit $code'
             run = subprocess.run([*own, script, "sh", *PROGRAM], cwd=self.folder, capture_output=True, text=True)
-            self.told_once(run, "free some space")
-            self.assertIn("No space left on device", run.stderr)
+            self.told_once(run, "No space left on device", "free some space")
             self.expect(0, "", "render", "large.json", "-o", f"all/a.##.{ending}", "--depth", "16")
             all_frames, (frames, parts) = self.frames("all")[0], self.frames("out")
             self.assertEqual(parts, [])
@@ -177,8 +174,7 @@ class StoppedRuns(ProgramTest):
                         "contact-sheet scene.json -o shut/a.png", "convert scene.json -o shut/a.json"):
             with self.subTest(command=command):
                 run = subprocess.run([*less, *PROGRAM, *command.split()], cwd=self.folder, capture_output=True, text=True)
-                self.told_once(run, "check the folder's permissions")
-                self.assertIn("Permission denied", run.stderr)
+                self.told_once(run, "Permission denied", "check the folder's permissions")
                 self.assertEqual(self.names("shut"), [])
 
 

@@ -42,7 +42,7 @@ Composition rich_composition(bool camera) {
                 {"Front lamp 4", LightType::point, {3, 9, 9}, {0.9, 0.8, 0.1}, 25},
                 {"Back lamp", LightType::point, {18, 12, 9}, {0.3, 0.9, 0.4}, 35},
                 {"Front lamp 2", LightType::point, {20, 4, 12}, {0.1, 0.5, 1.0}, 30},
-                {"Front lamp 1", LightType::point, {8, 4, 5}, {1.0, 0.2, 0.6}, 20}};
+                {"Front lamp 1", LightType::point, {3, 2, 5}, {1.0, 0.2, 0.6}, 20}};
     for (const auto& row : rows) {
         Layer& light = add_spot(comp, row.at, {20, 9, 5}, row.name);
         light.light.type = row.type;

@@ -19,27 +19,25 @@ std::set<int> greyed(Running& running) {
 }
 
 TEST(Greying, FollowsTheModels) {
-    const std::set<int> spot_layer_controls{19, 20}, gamma{26};
-    const auto with = [](std::set<int> a, const std::set<int>& b) {
-        a.insert(b.begin(), b.end());
-        return a;
-    };
     const struct {
         int point_model;
-        std::set<int> disabled;
-    } points[] = {{1, {3, 4, 5, 6, 7, 8, 9}}, {2, {6, 7, 8, 9}}, {3, {8, 9}}, {4, {}}, {5, {4, 5, 6, 7}}};
+        std::set<int> disabled;  // with the layer of the spots, 19 and 20
+    } points[] = {{1, {3, 4, 5, 6, 7, 8, 9, 19, 20}},
+                  {2, {6, 7, 8, 9, 19, 20}},
+                  {3, {8, 9, 19, 20}},
+                  {4, {19, 20}},
+                  {5, {4, 5, 6, 7, 19, 20}}};
     for (const PF_SpecVersion version : {kCurrent, kOlder}) {
         Running running(make_composition(), {.api_version = version});
         running.set("Look", 5);
         for (const auto& row : points) {
             running.set("Point Light Model", row.point_model);
-            EXPECT_EQ(greyed(running), with(row.disabled, spot_layer_controls)) << row.point_model;
+            EXPECT_EQ(greyed(running), row.disabled) << row.point_model;
         }
         running.set("Point Light Model", 4);
         for (int look = 1; look <= 6; ++look) {
             running.set("Look", look);
-            EXPECT_EQ(greyed(running), look < 5 ? with(spot_layer_controls, gamma) : spot_layer_controls)
-                << look;
+            EXPECT_EQ(greyed(running), look < 5 ? std::set({19, 20, 26}) : std::set({19, 20})) << look;
         }
         running.set("Reach Comp Layer", 1);
         EXPECT_EQ(greyed(running), (std::set<int>{16, 17}));

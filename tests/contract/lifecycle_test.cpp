@@ -10,6 +10,9 @@ TEST(LifeCycle, AboutAndGlobalData) {
     EXPECT_EQ(session.send(PF_Cmd_GLOBAL_SETUP).error, 0);
     ASSERT_NE(session.out_data().global_data, nullptr);
     EXPECT_EQ(*static_cast<const A_long*>(*session.out_data().global_data), 1);
+    EXPECT_EQ(session.out_data().my_version, 0x00088E00U);  // as the property resource says
+    EXPECT_EQ(session.out_data().out_flags, 0x06000001);
+    EXPECT_EQ(session.out_data().out_flags2, 6);
     const Outcome about = session.send(PF_Cmd_ABOUT);
     EXPECT_EQ(about.message.rfind("Zam, v1.1.1\r", 0), 0U) << about.message;
     EXPECT_TRUE(about.message.ends_with("Visualize 3D Lights"));

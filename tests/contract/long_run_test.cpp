@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <numeric>
 #include <random>
 #include <string_view>
 
@@ -35,17 +36,6 @@ double resident_kib() {
     return kib;
 }
 
-// In place of the scene before.
-Frame render(const Shot& shot, Running& running) {
-    running.comp = shot.comp;
-    for (const auto& [index, value] : shot.controls) running.session.set_control(index, value);
-    if (shot.wall) {
-        const int picker = running.index_of("Set Reach Layer");
-        EXPECT_TRUE(running.session.choose_layer(picker, shot.wall, 0).ok());
-    }
-    return running.render(0, shot.settings);
-}
-
 std::size_t digest(const Frame& frame) {
     const auto* bytes = reinterpret_cast<const char*>(frame.argb.data());
     return std::hash<std::string_view>()({bytes, frame.argb.size() * sizeof frame.argb[0]});
@@ -56,7 +46,7 @@ TEST(LongRun, ChangingScenesKeepNothingAndTheSameSceneGivesTheSameFrame) {
     const int frames = asked ? std::max(1, std::atoi(asked)) : 300;
     std::vector<std::size_t> first(kScenes, 0);
     std::vector<unsigned> order(kScenes);
-    for (unsigned i = 0; i < kScenes; ++i) order[i] = i;
+    std::iota(order.begin(), order.end(), 0U);
     std::mt19937 shuffling(1);
     int black = 0;
     double warm = 0, most = 0;
@@ -72,7 +62,10 @@ TEST(LongRun, ChangingScenesKeepNothingAndTheSameSceneGivesTheSameFrame) {
         }
         if (i % kScenes == 0) std::shuffle(order.begin(), order.end(), shuffling);
         const unsigned number = order[static_cast<std::size_t>(i % kScenes)];
-        const Frame frame = render(odd_kinds().front().make(number), *running);
+        const Shot shot = odd_kinds().front().make(number);
+        running->comp = shot.comp;  // in place of the scene before
+        shot.apply(running->session);
+        const Frame frame = running->render(0, shot.settings);
         // Suites, handles, locks, streams: what a frame keeps of them is reported when it ends.
         ASSERT_TRUE(frame.outcome.ok()) << i << ::testing::PrintToString(frame.outcome.reports);
         black += is_black(frame);

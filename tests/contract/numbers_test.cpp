@@ -35,9 +35,7 @@ Frame take(const Shot& shot, const Plugin& plugin, SessionOptions options) {
     options.amend_in_data = shot.amend;
     Session session(plugin, comp, std::move(options));
     session.start();
-    for (const auto& [index, value] : shot.controls) session.set_control(index, value);
-    if (shot.wall)
-        session.choose_layer(find_control(session.controls(), "Set Reach Layer").index, shot.wall, 0);
+    shot.apply(session);
     comp.width = shot.shown_width;
     comp.height = shot.shown_height;
     return session.render(0, shot.settings);
@@ -77,8 +75,9 @@ bool has_plain_lights(const Composition& comp) {
 void compare_with_reference(const Shot& shot, const Frame& frame, Tally& tally) {
     Composition comp = shot.comp;
     for (const auto& [index, value] : shot.controls) {
-        const int id = Shot::table()[static_cast<std::size_t>(index - 1)].id;
-        comp.effect.controls.push_back({"#" + std::to_string(id), {ControlValue(value)}, ""});
+        std::string id = "#";
+        id += std::to_string(Shot::table()[static_cast<std::size_t>(index - 1)].id);
+        comp.effect.controls.push_back({id, {ControlValue(value)}, ""});
     }
     const auto slow = render_reference(comp, Shot::table(), 0, shot.settings).argb;
     ASSERT_EQ(slow.size(), frame.argb.size());
@@ -94,7 +93,7 @@ void compare_with_reference(const Shot& shot, const Frame& frame, Tally& tally) 
 }
 
 void try_scene(const Kind& kind, unsigned seed, Tally& tally) {
-    SCOPED_TRACE("scene " + std::to_string(seed) + ", " + kind.name);
+    SCOPED_TRACE(::testing::Message() << "scene " << seed << ", " << kind.name);
     const Shot shot = kind.make(seed);
     const RowLayout layout{static_cast<int>(seed / 9 % 3 * 500), seed / 9 % 2 == 1};
     const bool deep = shot.settings.depth == Depth::bits16, plain = has_plain_lights(shot.comp);

@@ -20,6 +20,11 @@ struct Shot {
     Shot(int width, int height)
         : comp(make_composition(width, height)), shown_width(width), shown_height(height) {}
     void set(const char* name, double value) { controls[find_control(table(), name).index] = value; }
+    void apply(Session& session) const {
+        for (const auto& [index, value] : controls) session.set_control(index, value);
+        if (!wall) return;
+        EXPECT_TRUE(session.choose_layer(find_control(table(), "Set Reach Layer").index, wall, 0).ok());
+    }
     // As the effect registered them.
     static const std::vector<Control>& table() {
         static const std::vector<Control> controls = Running(make_composition()).session.controls();

@@ -39,13 +39,9 @@ int check(const Scene& scene, int frame) {
         const Layer layer = running.comp.layers[i];
         if (layer.kind != LayerKind::light) continue;
         const auto reasons = participation.reasons_against(layer);
-        std::string text;
-        for (const std::string& reason : reasons) text += "\n  " + reason;
-        for (const auto& [control, value] : scene.settings)
-            text += "\n  " + std::string(control) + "=" + std::to_string(value);
         EXPECT_EQ(reasons.empty(), adds_light(running, layer.id, frame))
             << layer.name << " at frame " << frame << ", intensity " << layer.light.intensity.at(frame)
-            << text;
+            << ::testing::PrintToString(reasons) << ::testing::PrintToString(scene.settings);
         count += reasons.empty() ? 1 : 0;
     }
     return count;

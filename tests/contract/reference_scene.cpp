@@ -1,5 +1,6 @@
 #include "tests/contract/reference_scene.h"
 
+#include <algorithm>
 #include <numbers>
 
 #include "host/composition/queries.h"
@@ -8,10 +9,6 @@
 
 namespace zam::test {
 namespace {
-
-void copy(const double (&row)[4], double (&out)[3]) {
-    for (int i = 0; i < 3; ++i) out[i] = row[i];
-}
 
 reference::View make_view(const host::Composition& comp, double frame, const host::RenderSettings& settings) {
     reference::View view;
@@ -41,8 +38,8 @@ reference::Light make_light(const host::Composition& comp, const host::Layer& la
     const host::Color color = settings.color.at(frame);
     reference::Light light;
     light.spot = settings.type == host::LightType::spot;
-    copy(world.at[3], light.pos);
-    copy(world.at[2], light.dir);
+    std::copy_n(world.at[3], 3, light.pos);
+    std::copy_n(world.at[2], 3, light.dir);
     light.color[0] = color.red;
     light.color[1] = color.green;
     light.color[2] = color.blue;
@@ -56,8 +53,8 @@ reference::Light make_light(const host::Composition& comp, const host::Layer& la
 
 }  // namespace
 
-reference::Frame render_reference(const host::Composition& comp, const std::vector<host::Control>& controls,
-                                  double frame, const host::RenderSettings& settings) {
+host::Frame render_reference(const host::Composition& comp, const std::vector<host::Control>& controls,
+                             double frame, const host::RenderSettings& settings) {
     reference::Controls c;
     reference::Reach reach;
     const auto value_of = [&](const char* name, double fallback) {
@@ -100,11 +97,9 @@ reference::Frame render_reference(const host::Composition& comp, const std::vect
     if (const host::Layer* layer = wall != 0 ? comp.find_layer(wall) : nullptr) {
         const host::Matrix world = host::world_from_layer(comp, *layer, frame);
         reach.found = true;
-        copy(world.at[3], reach.point);
-        copy(world.at[2], reach.normal);
         for (int i = 0; i < 3; ++i) {  // through single precision, as the effect takes them
-            reach.point[i] = static_cast<double>(static_cast<float>(reach.point[i]));
-            reach.normal[i] = static_cast<double>(static_cast<float>(reach.normal[i]));
+            reach.point[i] = static_cast<float>(world.at[3][i]);
+            reach.normal[i] = static_cast<float>(world.at[2][i]);
         }
     }
     std::vector<reference::Light> lights;
@@ -114,7 +109,13 @@ reference::Frame render_reference(const host::Composition& comp, const std::vect
             (layer.light.type == host::LightType::spot || layer.light.type == host::LightType::point);
         if (shown) lights.push_back(make_light(comp, layer, frame));
     }
-    return reference::render(make_view(comp, frame, settings), c, reach, lights);
+    reference::Frame drawn = reference::render(make_view(comp, frame, settings), c, reach, lights);
+    host::Frame result;
+    result.width = drawn.width;
+    result.height = drawn.height;
+    result.depth = settings.depth;
+    result.argb = std::move(drawn.argb);
+    return result;
 }
 
 }  // namespace zam::test

@@ -9,7 +9,7 @@ namespace zam::test {
 
 // The frame as the reference renderer draws it. The controls come from the composition's effect settings; a
 // reach layer is taken from "Set Reach Layer". Lights are not filtered by name, switch or time.
-reference::Frame render_reference(const host::Composition& comp, const std::vector<host::Control>& controls,
-                                  double frame, const host::RenderSettings& settings);
+host::Frame render_reference(const host::Composition& comp, const std::vector<host::Control>& controls,
+                             double frame, const host::RenderSettings& settings);
 
 }  // namespace zam::test

@@ -6,6 +6,7 @@
 
 #include "host/composition/composition.h"
 #include "host/runner/session.h"
+#include "io/effect_layer.h"
 
 namespace zam::test {
 
@@ -27,18 +28,8 @@ inline Composition make_composition(int width = 64, int height = 36) {
     Composition comp;
     comp.width = width;
     comp.height = height;
-    comp.duration = 100;
-    comp.work_area_duration = 100;
-    comp.items.push_back({1, "Haze solid", width, height});
-    Layer solid;
-    solid.id = 1;
-    solid.kind = LayerKind::solid;
-    solid.name = "Haze";
-    solid.source = 1;
-    solid.out_frame = 100;
-    solid.three_d = false;
-    comp.layers.push_back(solid);
-    comp.effect.layer = 1;
+    comp.duration = comp.work_area_duration = 100;
+    io::add_effect_layer(comp);
     return comp;
 }
 

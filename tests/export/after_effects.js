@@ -206,12 +206,8 @@ class Host {
   }
 
   expressionView(frame) {
-    const through = (matrix, point, w) => [0, 1, 2].map(c =>
-      point[0] * matrix[0][c] + point[1] * matrix[1][c] + point[2] * matrix[2][c] + w * matrix[3][c]);
-    return {layer: index => ({
-      toWorld: point => through(this.layers[index - 1].world(frame), point, 1),
-      toWorldVec: vector => through(this.layers[index - 1].world(frame), vector, 0),
-    })};
+    const through = (index, point, w) => times([[...point, w]], this.layers[index - 1].world(frame))[0].slice(0, 3);
+    return {layer: index => ({toWorld: point => through(index, point, 1), toWorldVec: vector => through(index, vector, 0)})};
   }
 
   // Arrays as the script's own world has them.

@@ -1,5 +1,6 @@
 // The words after `zam render`, one a line. What they name is never opened: the scene is one of our own.
 #include <CLI/CLI.hpp>
+#include <sstream>
 
 #include "cli/background.h"
 #include "cli/exit_code.h"
@@ -9,7 +10,7 @@
 #include "cli/parse_setting.h"
 #include "cli/render_options.h"
 #include "io/scene_error.h"
-#include "tests/fuzz/some_controls.h"
+#include "tests/fuzz/effect_controls.h"
 #include "tests/fuzz/target.h"
 
 namespace {
@@ -24,12 +25,9 @@ constexpr const char* kScene = R"({"asset": {"version": "2.0"},
 
 std::vector<std::string> words_of(std::string_view text) {
     std::vector<std::string> words;
-    for (std::size_t at = 0; at < text.size() && words.size() < 40;) {
-        const std::size_t end = std::min(text.find('\n', at), text.size());
-        // No word of a command line holds a zero.
-        words.emplace_back(text.substr(at, std::min(end, text.find('\0', at)) - at));
-        at = end + 1;
-    }
+    std::istringstream lines{std::string(text)};
+    for (std::string line; words.size() < 40 && std::getline(lines, line);)
+        words.emplace_back(line.c_str());  // no word of a command line holds a zero
     return words;
 }
 
@@ -49,7 +47,7 @@ void use(cli::RenderOptions& options) {
     fuzz::require(names.varies() == (names.file(0) != names.file(1)), "frames have names of their own");
     const cli::Background background(options.over);
     for (const std::string& setting : options.settings)
-        fuzz::require_resolves(cli::parse_setting(setting, fuzz::some_controls()), scene.composition);
+        fuzz::require_resolves(cli::parse_setting(setting, fuzz::effect_controls()), scene.composition);
 }
 
 }  // namespace

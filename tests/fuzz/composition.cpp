@@ -1,7 +1,7 @@
 // Our own scenes: JSON text to composition.
 #include "host/runner/control.h"
 #include "io/composition_reader.h"
-#include "tests/fuzz/some_controls.h"
+#include "tests/fuzz/effect_controls.h"
 #include "tests/fuzz/target.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -1,4 +1,6 @@
 // glTF scenes, text and binary: a file, and one buffer beside it.
+#include <numeric>
+
 #include "io/gltf/read_gltf.h"
 #include "io/scene_error.h"
 #include "tests/fuzz/target.h"
@@ -7,12 +9,9 @@ namespace {
 
 // Little-endian floats 0, 1, 2 ...: times that ascend, and values.
 std::string floats() {
-    std::string bytes;
-    for (int i = 0; i < 64; ++i) {
-        const auto number = static_cast<float>(i);
-        bytes.append(reinterpret_cast<const char*>(&number), sizeof number);
-    }
-    return bytes;
+    float numbers[64];
+    std::iota(std::begin(numbers), std::end(numbers), 0.0F);
+    return {reinterpret_cast<const char*>(numbers), sizeof numbers};
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 #include "io/control_settings.h"
 #include "io/effect_layer.h"
 #include "io/scene_error.h"
-#include "tests/fuzz/some_controls.h"
+#include "tests/fuzz/effect_controls.h"
 #include "tests/fuzz/target.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -9,6 +9,7 @@
 #include <fstream>
 #include <set>
 
+#include "host/composition/printable.h"
 #include "host/composition/transforms.h"
 
 namespace zam::fuzz {
@@ -19,21 +20,6 @@ namespace fs = std::filesystem;
 constexpr std::size_t kLongestMessage = 4096;
 constexpr double kFarthest = 1e9;          // at keys: pixels, percent, degrees
 constexpr double kFarthestBetween = 1e18;  // an ease may overshoot: the steepest, over the longest span
-
-// Decodes UTF-8 far enough to find C0, DEL and C1 characters and bytes that belong to nothing.
-bool fit_for_terminal(std::string_view text) {
-    for (std::size_t i = 0; i < text.size();) {
-        const auto byte = static_cast<unsigned char>(text[i++]);
-        if (byte < 0x20 || byte == 0x7F) return false;
-        if (byte < 0x80) continue;
-        const std::size_t more = byte >= 0xF0 ? 3 : byte >= 0xE0 ? 2 : 1;
-        if (byte < 0xC2 || byte > 0xF4 || i + more > text.size()) return false;
-        if (byte == 0xC2 && static_cast<unsigned char>(text[i]) < 0xA0) return false;
-        for (std::size_t end = i + more; i < end; ++i)
-            if ((static_cast<unsigned char>(text[i]) & 0xC0) != 0x80) return false;
-    }
-    return true;
-}
 
 bool sane(double number, double most = kFarthest) { return std::abs(number) <= most; }
 bool sane(const host::Vec3& v, double most = kFarthest) {
@@ -87,21 +73,12 @@ void require_valid(const host::Layer& layer, const host::Composition& compositio
     require(layer.source == 0 || composition.find_item(layer.source), "source");
 }
 
-class Folder {
-  public:
-    Folder() {
-        const fs::path memory = "/dev/shm";  // where there is one, nothing wears out
-        path_ = (fs::is_directory(memory) ? memory : fs::temp_directory_path()) /
-                ("zam_fuzz_" + std::to_string(getpid()));
-        fs::create_directories(path_);
-    }
-    ~Folder() { fs::remove_all(path_); }
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
-    [[nodiscard]] const fs::path& path() const { return path_; }
-
-  private:
-    fs::path path_;
+// In memory, where there is such a place: nothing wears out.
+struct Folder {
+    fs::path path = (fs::is_directory("/dev/shm") ? "/dev/shm" : fs::temp_directory_path()) /
+                    ("zam_fuzz_" + std::to_string(getpid()));
+    Folder() { fs::create_directories(path); }
+    ~Folder() { fs::remove_all(path); }
 };
 
 }  // namespace
@@ -115,7 +92,8 @@ void require(bool holds, const std::string& what) {
 void require_clear_line(const std::string& line) {
     require(!line.empty() && line.size() <= kLongestMessage,
             "a message is neither empty nor endless: " + line);
-    require(fit_for_terminal(line), "a message is one line of text without control characters: " + line);
+    require(host::printable(line) == line,
+            "a message is one line of text without control characters: " + line);
 }
 
 void require_clear_message(const std::string& message) {
@@ -155,7 +133,7 @@ void require_valid(const std::vector<host::ControlSetting>& settings) {
 
 std::string file_of(std::string_view bytes, const std::string& name) {
     static const Folder folder;
-    const fs::path file = folder.path() / name;
+    const fs::path file = folder.path / name;
     std::ofstream stream(file, std::ios::binary);
     stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     stream.close();

@@ -1,4 +1,4 @@
 // Exports something, but no entry point.
 #include "tests/contract/broken_plugins/well_behaved.h"
 
-BROKEN_EXPORT int EntryPoint() { return 0; }
+ZAM_EXPORT int EntryPoint() { return 0; }

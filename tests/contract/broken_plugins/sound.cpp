@@ -6,10 +6,10 @@
 
 static std::string journal;
 
-BROKEN_EXPORT const char* Journal() { return journal.c_str(); }
+ZAM_EXPORT const char* Journal() { return journal.c_str(); }
 
-BROKEN_EXPORT PF_Err EntryPointFunc(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef* params[],
-                                    PF_LayerDef* output, void* extra) {
+ZAM_EXPORT PF_Err EntryPointFunc(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef* params[],
+                                 PF_LayerDef* output, void* extra) {
     std::ostringstream text;
     text << "version " << in->version.major << "." << in->version.minor;
     if (params) {

@@ -3,13 +3,8 @@
 // their number. The broken plug-ins differ from it in one thing each.
 #include <cstring>
 
+#include "effect/scene/export.h"
 #include "hostapi/effect.h"
-
-#ifdef _WIN32
-#define BROKEN_EXPORT extern "C" __declspec(dllexport)
-#else
-#define BROKEN_EXPORT extern "C" __attribute__((visibility("default")))
-#endif
 
 namespace broken {
 
@@ -93,12 +88,12 @@ const Suite* acquire(PF_InData* in, const char* name, int32 version) {
 }  // namespace broken
 
 // A plug-in that keeps the rules but at one command, of which the body that follows is its answer.
-#define BROKEN_AT(command)                                                                          \
-    static PF_Err broken_answer(PF_InData* in, PF_OutData* out, PF_LayerDef* output);               \
-    BROKEN_EXPORT PF_Err EntryPointFunc(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef*[], \
-                                        PF_LayerDef* output, void*) {                               \
-        if (cmd == (command)) return broken_answer(in, out, output);                                \
-        return broken::answer(cmd, in, out, output);                                                \
-    }                                                                                               \
-    static PF_Err broken_answer([[maybe_unused]] PF_InData* in, [[maybe_unused]] PF_OutData* out,   \
+#define BROKEN_AT(command)                                                                        \
+    static PF_Err broken_answer(PF_InData* in, PF_OutData* out, PF_LayerDef* output);             \
+    ZAM_EXPORT PF_Err EntryPointFunc(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef*[],  \
+                                     PF_LayerDef* output, void*) {                                \
+        if (cmd == (command)) return broken_answer(in, out, output);                              \
+        return broken::answer(cmd, in, out, output);                                              \
+    }                                                                                             \
+    static PF_Err broken_answer([[maybe_unused]] PF_InData* in, [[maybe_unused]] PF_OutData* out, \
                                 [[maybe_unused]] PF_LayerDef* output)
