@@ -9,7 +9,7 @@
 #include <fstream>
 #include <set>
 
-#include "host/composition/printable.h"
+#include "host/text.h"
 #include "host/composition/transforms.h"
 
 namespace zam::fuzz {
@@ -92,7 +92,7 @@ void require(bool holds, const std::string& what) {
 void require_clear_line(const std::string& line) {
     require(!line.empty() && line.size() <= kLongestMessage,
             "a message is neither empty nor endless: " + line);
-    require(host::printable(line) == line,
+    require(printable(line) == line,
             "a message is one line of text without control characters: " + line);
 }
 
