@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <string_view>
 
+#include "cli/output.h"
 #include "host/check/check_plugin.h"
 #include "host/check/child_process.h"
 #include "host/check/drive.h"
@@ -44,7 +45,7 @@ void for_checks(Visit&& visit) {
 }
 
 void print_text(const std::string& file, const host::Report& report) {
-    std::printf("%s%s\n", file.c_str(), report.kind.empty() ? "" : (": " + report.kind).c_str());
+    print_line(file + (report.kind.empty() ? "" : ": " + report.kind));
     int counts[3] = {};
     std::string told;  // one reason stands for all that follow and have the same
     for_checks([&](Check check) {
@@ -54,14 +55,14 @@ void print_text(const std::string& file, const host::Report& report) {
         std::printf("%-11s  %-14s  %s\n", word_for(finding.verdict), std::string(text.name).c_str(),
                     std::string(text.sentence).c_str());
         for (const std::string& detail : finding.details) {
-            if (detail != told) std::printf("%29s%s\n", "", detail.c_str());
+            if (detail != told) print_line(std::string(29, ' ') + detail);
             told = detail;
         }
     });
     std::printf("%d passed, %d failed, %d not checked\n", counts[1], counts[2], counts[0]);
 }
 
-void print_json(const std::string& file, const host::Report& report) {
+void print_for_machines(const std::string& file, const host::Report& report) {
     nlohmann::ordered_json list = nlohmann::ordered_json::array();
     for_checks([&](Check check) {
         const host::CheckText& text = host::text_of(check);
@@ -72,7 +73,7 @@ void print_json(const std::string& file, const host::Report& report) {
     });
     const nlohmann::ordered_json all = {
         {"file", file}, {"kind", report.kind}, {"sound", !report.failed()}, {"checks", std::move(list)}};
-    std::puts(all.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace).c_str());
+    print_json(all);
 }
 
 void check(const Options& options) {
@@ -83,7 +84,7 @@ void check(const Options& options) {
     plan.child_command = {host::platform::this_program(), std::string(kChildCommand)};
     const host::Report report = host::check_plugin(plan);
     if (options.json)
-        print_json(options.file, report);
+        print_for_machines(options.file, report);
     else
         print_text(options.file, report);
     std::fflush(stdout);

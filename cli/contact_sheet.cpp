@@ -17,6 +17,7 @@
 #include "cli/version.h"
 #include "host/composition/queries.h"
 #include "host/runner/cores.h"
+#include "host/text.h"
 #include "io/images/write_image.h"
 #include "io/over.h"
 #include "io/shrink.h"
@@ -76,7 +77,6 @@ void check_output(const Options& options) {
 void contact_sheet(const Options& options) {
     check_output(options);
     const Background background(options.over);
-    catch_interrupts();
     OpenScene open(options, options.quiet, kExample);
     const host::Composition& composition = open.composition;
     const std::vector<int> frames = options.frames.empty()
@@ -88,6 +88,7 @@ void contact_sheet(const Options& options) {
     const Layout layout = layout_of(options, frames.size(), size, composition.pixel_aspect.value());
     background.check(frames, size.width, size.height);
     background.spare_plates(frames, [&](int) { return options.output; });
+    catch_interrupts();
     io::make_folders_for(options.output);
 
     Sheet sheet(static_cast<int>(frames.size()), layout.columns, layout.width, layout.height);
@@ -124,7 +125,8 @@ void contact_sheet(const Options& options) {
     io::write_image(options.output, sheet.image(), metadata, {});
     if (!options.quiet)
         std::fprintf(stderr, "%s: %zu frames, %d to a row, each %d x %d, its number below it\n",
-                     options.output.c_str(), frames.size(), layout.columns, layout.width, layout.height);
+                     printable(options.output).c_str(), frames.size(), layout.columns, layout.width,
+                     layout.height);
 }
 
 }  // namespace

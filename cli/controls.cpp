@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "cli/greying.h"
+#include "cli/output.h"
 #include "cli/plugin_answers.h"
-#include "cli/table.h"
 #include "host/runner/session.h"
 #include "host/text.h"
 #include "io/effect_layer.h"
@@ -57,10 +57,6 @@ bool is_slider(const Control& control) {
 }
 
 // How a scene names it.
-std::string path_of(const Control& control) {
-    return control.group.empty() ? control.name : control.group + "/" + control.name;
-}
-
 std::string values_of(const Control& control) {
     if (is_slider(control))
         return format_number(control.valid_min) + " to " + format_number(control.valid_max);
@@ -115,7 +111,7 @@ nlohmann::ordered_json shown_greying(const std::vector<Control>& controls,
     return list;
 }
 
-void print_json(host::Session& session) {
+void print_controls_json(host::Session& session) {
     const std::vector<Control>& controls = session.controls();
     const std::map<int, std::vector<Greying>> greying = find_greying(session);
     nlohmann::ordered_json list = nlohmann::ordered_json::array();
@@ -137,7 +133,7 @@ void print_json(host::Session& session) {
             entry["greyed_by"] = shown_greying(controls, reasons->second);
         list.push_back(std::move(entry));
     }
-    std::puts(list.dump(2).c_str());
+    print_json(list);
 }
 
 void print_controls(const Options& options) {
@@ -147,7 +143,7 @@ void print_controls(const Options& options) {
     host::Session session(plugin, composition, {});
     session.start();
     if (options.json)
-        print_json(session);
+        print_controls_json(session);
     else
         print_text(session.controls());
     session.stop();

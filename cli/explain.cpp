@@ -11,10 +11,9 @@
 #include "cli/interrupt.h"
 #include "cli/lone_lights.h"
 #include "cli/open_scene.h"
-#include "cli/table.h"
+#include "cli/output.h"
 #include "host/composition/queries.h"
 #include "host/text.h"
-#include "io/json_layout.h"
 
 namespace zam::cli {
 namespace {
@@ -108,26 +107,26 @@ void print_text(ExplainedPixel explained, const host::Composition& composition, 
                         quote(composition.find_layer(light.layer)->name), shown(light.alone)});
     }
     print_table(rows);
-    std::puts("Shares are of the light as it adds up in the look Linear.");
+    print_line("Shares are of the light as it adds up in the look Linear.");
     if (explained.look != "Linear")
-        std::printf("The look %s adds lights up in another way: what they show alone is no sum.\n",
-                    explained.look.c_str());
-    if (some_full) std::puts("* adds more than full scale holds, so its share is larger than that");
+        print_line("The look " + explained.look +
+                   " adds lights up in another way: what they show alone is no sum.");
+    if (some_full) print_line("* adds more than full scale holds, so its share is larger than that");
 }
 
 void explain(const Options& options) {
     if (options.pixel.empty() && !options.scene.file.empty())
         throw UsageError("no pixel is given\nhint: add --pixel X,Y, counted from 0 at the top left");
-    catch_interrupts();
     OpenScene open(options, options.json, kExample);
     const host::Composition& composition = open.composition;
     const int frame = parse_frame(options.frame, composition.work_area_start, composition);
     const host::Layer* carrier =
         composition.find_layer(composition.effect.layer);  // the session vouches for it
     const Pixel pixel = parse_pixel(options.pixel, host::layer_size(composition, *carrier));
+    catch_interrupts();
     const ExplainedPixel explained = explain_pixel(open, frame, pixel.x, pixel.y);
     if (options.json)
-        std::puts(io::layout(json_of(explained, composition, frame, pixel)).c_str());
+        print_json(json_of(explained, composition, frame, pixel));
     else
         print_text(explained, composition, frame, pixel);
 }

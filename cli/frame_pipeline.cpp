@@ -1,6 +1,7 @@
 #include "cli/frame_pipeline.h"
 
 #include <algorithm>
+#include <system_error>
 
 namespace zam::cli {
 FramePipeline::FramePipeline(int threads, Work work, Done done, std::size_t most_bytes)
@@ -19,8 +20,13 @@ void FramePipeline::put(RenderedFrame frame) {
     if (failure_) std::rethrow_exception(failure_);
     waiting_.push_back({put_++, std::move(frame)});
     ++under_way_;
-    if (waiting_.size() > idle_ && threads_.size() < most_threads_)
-        threads_.emplace_back(&FramePipeline::work, this);
+    if (waiting_.size() > idle_ && threads_.size() < most_threads_) {
+        try {
+            threads_.emplace_back(&FramePipeline::work, this);
+        } catch (const std::system_error&) {  // the system has no more of them
+            if (threads_.empty()) return take(lock);
+        }
+    }
     lock.unlock();
     wake_.notify_one();
 }

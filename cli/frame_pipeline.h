@@ -20,7 +20,7 @@ struct RenderedFrame {
     host::Frame image;
 };
 
-// Threads that put frames into files, several at a time. At most as many frames wait as threads could take, and fewer
+// Threads that put frames into files, several at a time; the caller's own where no other can be had. At most as many frames wait as threads could take, and fewer
 // when frames are large, so that memory stays flat however much faster rendering is.
 class FramePipeline {
   public:

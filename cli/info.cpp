@@ -5,12 +5,11 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/open_scene.h"
+#include "cli/output.h"
 #include "cli/participation.h"
-#include "cli/table.h"
 #include "host/composition/queries.h"
 #include "host/composition/transforms.h"
 #include "host/text.h"
-#include "io/json_layout.h"
 
 namespace zam::cli {
 namespace {
@@ -134,9 +133,9 @@ void print_text(const Json& info) {
         line = "camera " + name_of(camera) + " at " + shown(camera["position"]) + ", zoom " +
                shown(camera["zoom"].get<double>()) + ": " +
                (active ? "it is looked through" : camera["reason"].get<std::string>());
-        std::puts(line.c_str());
+        print_line(line);
     }
-    if (!seen) std::puts("seen by the default view: no camera is there and switched on");
+    if (!seen) print_line("seen by the default view: no camera is there and switched on");
 
     std::size_t shining = 0;
     std::vector<std::vector<std::string>> rows = {{"light", "type", "place", "intensity", "takes part"}};
@@ -158,7 +157,7 @@ void info(const Options& options) {
     const int frame = parse_frame(options.frame, open.composition.work_area_start, open.composition);
     const Report report(open.composition, open.session, frame);
     if (options.json)
-        std::puts(io::layout(report.json()).c_str());
+        print_json(report.json());
     else
         print_text(report.json());
 }

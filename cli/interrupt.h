@@ -1,5 +1,5 @@
 #pragma once
-// Being told to stop: SIGINT, SIGTERM and SIGHUP, or what the system has in their place.
+// Being told to stop: SIGINT, SIGTERM, SIGHUP, SIGXCPU and SIGPIPE, or what the system has in their place.
 #include <stdexcept>
 
 namespace zam::cli {

@@ -33,11 +33,12 @@ class PixelRenderer {
   private:
     template <class Shines>
     PixelColor render(Shines shines) {
-        if (const int signal = caught_signal()) throw Interrupted(signal, "interrupted");
         std::vector<host::Layer>& layers = scene_.composition.layers;
         for (std::size_t i = 0; i < layers.size(); ++i)
             layers[i].light.intensity = shines(layers[i].id) ? before_[i].light.intensity : 0.0;
         const host::Frame frame = scene_.session.render(frame_, {.depth = host::Depth::bits16});
+        if (const int signal = caught_signal())
+            throw Interrupted(signal, "interrupted");  // given up, perhaps
         scene_.answers.check(frame.outcome, "frame " + std::to_string(frame_));
         const std::size_t at = 4 * (static_cast<std::size_t>(y_) * static_cast<std::size_t>(frame.width) +
                                     static_cast<std::size_t>(x_));

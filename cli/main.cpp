@@ -134,7 +134,8 @@ int main(int argc, char** argv) {
         return fail(static_cast<ExitCode>(static_cast<int>(ExitCode::signal) + error.signal), error.what());
     } catch (const std::bad_alloc&) {
         return fail(ExitCode::internal,
-                    "not enough memory; use a smaller composition or a lower --resolution");
+                    "not enough memory\nhint: use a smaller scene or composition, a lower --resolution or "
+                    "fewer --threads");
     } catch (const std::exception& error) {
         return fail(ExitCode::internal, std::string("internal error: ") + error.what());
     }

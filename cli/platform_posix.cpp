@@ -24,13 +24,15 @@ int terminal_columns(std::FILE* stream) {
 }
 
 void on_first_interrupt(void (*handler)(int)) {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    // SIGXCPU: a batch system's limit is near. SIGPIPE: nobody reads any more what is told of the work.
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGXCPU, SIGPIPE}) {
         struct sigaction action {};
         sigaction(signal, nullptr, &action);
         if (action.sa_handler == SIG_IGN) continue;  // as nohup, and shells for background jobs, want it
         action = {};
         action.sa_handler = handler;
-        action.sa_flags = static_cast<int>(SA_RESETHAND) | SA_RESTART;
+        action.sa_flags = SA_RESTART;
+        if (signal != SIGPIPE) action.sa_flags |= static_cast<int>(SA_RESETHAND);  // it comes with every line
         sigemptyset(&action.sa_mask);
         sigaction(signal, &action, nullptr);
     }

@@ -134,7 +134,6 @@ void render(const RenderOptions& options) {
     if (options.scene.file.empty()) throw UsageError(std::string("no scene is given\nhint: ") + kExample);
     Job job{image_options(options),      render_settings(options), {},
             NamePattern(options.output), Background(options.over), {}};
-    catch_interrupts();
     StageTimes times;
     io::Scene scene = times.measure(StageTimes::read_scene,
                                     [&] { return load_scene(options.scene, options.quiet, kExample); });
@@ -160,6 +159,7 @@ void render(const RenderOptions& options) {
     job.background.check(job.frames, size.width, size.height);
     job.background.spare_plates(job.frames, [&](int frame) { return job.names.file(frame); });
 
+    catch_interrupts();
     io::make_folders_for(options.output);
     const int threads = host::thread_count(options.threads);
     tell_start(job, options, asked - job.frames.size(), threads);

@@ -6,6 +6,7 @@
 #include "cli/exit_code.h"
 #include "cli/messages.h"
 #include "cli/open_scene.h"
+#include "cli/output.h"
 #include "io/scene_error.h"
 
 namespace zam::cli {
@@ -42,7 +43,7 @@ void validate(const Options& options) {
     bool all = true;
     for (const std::string& file : options.files) {
         const bool good = is_good(file, options.plugin);
-        if (good) std::printf("%s: ok\n", file.c_str());
+        if (good) print_line(file + ": ok");
         std::fflush(stdout);  // stderr may go to the same place
         all = all && good;
     }

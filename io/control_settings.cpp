@@ -1,4 +1,5 @@
 #include "io/control_settings.h"
+#include "io/input_file.h"
 
 #include "host/text.h"
 #include "io/keyframes.h"

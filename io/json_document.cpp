@@ -1,13 +1,10 @@
 #include "io/json_document.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
-#include <fstream>
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <numeric>
-#include <system_error>
 #include <unordered_set>
 
 #include "host/text.h"
@@ -266,6 +263,13 @@ std::string JsonDocument::pointer(const JsonValue& value) const {
 }
 
 JsonDocument parse_json(const std::string& file, std::string_view text) {
+    // The parser would take it for the text's end.
+    if (const auto zero = text.find('\0'); zero != std::string_view::npos) {
+        PlaceTracker tracker;
+        for (const char c : text.substr(0, zero + 1)) tracker.consume(c);
+        throw SceneError(file, tracker.here(), "a zero byte stands in the text",
+                         "JSON is plain text in UTF-8; save or copy the file again");
+    }
     JsonDocument document;
     document.file = file;
     PlaceTracker tracker;
@@ -273,27 +277,6 @@ JsonDocument parse_json(const std::string& file, std::string_view text) {
     Json::sax_parse(TrackedIterator(text.data(), &tracker),
                     TrackedIterator(text.data() + text.size(), &tracker), &builder);
     return document;
-}
-
-std::string read_file(const std::string& file, std::size_t limit) {
-    errno = 0;
-    std::ifstream stream(file, std::ios::binary);
-    std::string content;
-    if (stream) {
-        // In pieces, so that a pipe or a device without an end is cut off as well.
-        char piece[1 << 16];
-        while (content.size() <= limit && (stream.read(piece, sizeof piece) || stream.gcount() > 0))
-            content.append(piece, static_cast<std::size_t>(stream.gcount()));
-    }
-    if (!stream.is_open() || stream.bad()) {
-        const int code = errno;
-        throw SceneError(file, {}, "cannot read the file: " + std::generic_category().message(code),
-                         "check the name and the permissions");
-    }
-    if (content.size() > limit)
-        throw SceneError(file, {}, "larger than " + std::to_string(limit >> 20) + " MiB",
-                         "a scene is text; keep geometry and textures in files of their own");
-    return content;
 }
 
 }  // namespace zam::io

@@ -56,7 +56,4 @@ struct JsonDocument {
 // UTF-8 without comments; a name may stand only once in an object. Throws SceneError.
 [[nodiscard]] JsonDocument parse_json(const std::string& file, std::string_view text);
 
-// The first `limit` bytes of a file; throws SceneError when it cannot be read or is longer.
-[[nodiscard]] std::string read_file(const std::string& file, std::size_t limit);
-
 }  // namespace zam::io

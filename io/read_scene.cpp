@@ -1,13 +1,13 @@
 #include "io/read_scene.h"
 
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <fstream>
 
 #include "host/text.h"
 #include "io/composition_reader.h"
 #include "io/gltf/read_gltf.h"
+#include "io/input_file.h"
 #include "io/scene_error.h"
 
 namespace zam::io {
@@ -32,6 +32,7 @@ bool is_gltf(const std::string& file) {
 }
 
 Scene read_scene(const std::string& file, const GltfOptions& gltf) {
+    require_file(file);
     if (is_gltf(file)) return gltf::read_gltf(file, gltf);
     Scene scene;
     const std::string text = read_file(file, kLargestJson);

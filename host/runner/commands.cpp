@@ -100,7 +100,7 @@ void Session::State::prepare_worlds(const RenderSettings& settings) {
         }
     } catch (const std::bad_alloc&) {
         throw PluginError("no memory for an image of " + std::to_string(width) + " x " +
-                          std::to_string(height));
+                          std::to_string(height) + "; use a smaller composition or a lower resolution");
     }
     in.output_world = in.output.interface_world(true);
 }

@@ -24,10 +24,6 @@ std::string hint_from(const std::string& near, const std::vector<std::string>& a
     return list;
 }
 
-std::string path_of(const Control& control) {
-    return control.group.empty() ? control.name : control.group + "/" + control.name;
-}
-
 std::optional<int> whole_number(const std::string& text) {
     int number = 0;
     const char* end = text.data() + text.size();
@@ -107,6 +103,10 @@ double plain_value(const Control& control, const ControlValue& value, const Comp
 }
 
 }  // namespace
+
+std::string path_of(const Control& control) {
+    return control.group.empty() ? control.name : control.group + "/" + control.name;
+}
 
 bool holds_value(PF_ParamType type) {
     return interpolates(type) || type == PF_Param_CHECKBOX || type == PF_Param_POPUP ||

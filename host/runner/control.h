@@ -26,6 +26,8 @@ struct Control {
     PF_ParamDef definition{};  // as added; its string pointers are null
 };
 
+// Its name, led by its group: "Spot Lights/Reach".
+[[nodiscard]] std::string path_of(const Control& control);
 // Has it a value at all, as groups have none?
 [[nodiscard]] bool holds_value(PF_ParamType type);
 // True for controls whose values pass from key to key without steps.

@@ -1,5 +1,7 @@
 #include "host/runner/row_pool.h"
 
+#include <system_error>
+
 #include "host/runner/cores.h"
 
 namespace zam::host {
@@ -32,11 +34,9 @@ A_Err RowPool::run(A_long first, A_long last, const std::function<A_Err(A_long)>
     const bool alone = threads_ == 1 || last - first < 2;
     if (!alone) {
         const std::lock_guard lock(mutex_);
-        while (static_cast<int>(workers_.size()) < threads_ - 1) {
-            workers_.emplace_back(&RowPool::work, this, pass_);
-        }
+        start_workers();
         ++pass_;
-        busy_ = threads_ - 1;
+        busy_ = static_cast<int>(workers_.size());
     }
     if (!alone) wake_.notify_all();
     take_rows();
@@ -45,6 +45,15 @@ A_Err RowPool::run(A_long first, A_long last, const std::function<A_Err(A_long)>
         done_.wait(lock, [this] { return busy_ == 0; });
     }
     return result_;
+}
+
+// Does without what the system has no more of.
+void RowPool::start_workers() {
+    try {
+        while (static_cast<int>(workers_.size()) < threads_ - 1)
+            workers_.emplace_back(&RowPool::work, this, pass_);
+    } catch (const std::system_error&) {
+    }
 }
 
 void RowPool::take_rows() {

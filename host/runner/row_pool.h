@@ -31,6 +31,7 @@ class RowPool {
 
   private:
     void work(std::uint64_t seen);
+    void start_workers();
     void take_rows();
 
     const int threads_;

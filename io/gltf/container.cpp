@@ -8,6 +8,7 @@
 
 #include "host/text.h"
 #include "host/utf8_path.h"
+#include "io/input_file.h"
 
 namespace zam::io::gltf {
 namespace {

@@ -11,6 +11,7 @@
 #include <system_error>
 #include <vector>
 
+#include "io/input_file.h"
 #include "io/scene_error.h"
 
 namespace zam::io {
@@ -30,7 +31,9 @@ constexpr std::uint64_t kMostExpansion = 1032;
 // libpng reports errors by a jump, which must not skip destructors: every call that may jump stands in a function that
 // has none to run.
 struct PngReader::State {
-    explicit State(const std::string& name) : file(name), stream(std::fopen(name.c_str(), "rb")) {
+    explicit State(const std::string& name) : file(name) {
+        require_file(file);
+        stream = std::fopen(file.c_str(), "rb");
         if (!stream) {
             const std::string said = std::generic_category().message(errno);
             throw SceneError(file, {}, "cannot read the picture: " + said,

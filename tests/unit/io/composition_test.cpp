@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "host/composition/transforms.h"
+#include "io/input_file.h"
 #include "io/read_scene.h"
 #include "tests/unit/message_of.h"
 

@@ -1,7 +1,12 @@
-#include "cli/table.h"
+#include "cli/output.h"
 
 #include <algorithm>
 #include <cstdio>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "host/text.h"
+#include "io/json_layout.h"
 
 namespace zam::cli {
 namespace {
@@ -14,6 +19,8 @@ std::size_t width_of(const std::string& text) {
 
 }  // namespace
 
+void print_line(const std::string& text) { std::puts(printable(text).c_str()); }
+
 void print_table(const std::vector<std::vector<std::string>>& rows) {
     std::vector<std::size_t> widths;
     for (const auto& row : rows) {
@@ -25,8 +32,13 @@ void print_table(const std::vector<std::vector<std::string>>& rows) {
         for (std::size_t i = 0; i < row.size(); ++i)
             line += row[i] + std::string(widths[i] + 2 - width_of(row[i]), ' ');
         line.resize(line.find_last_not_of(' ') + 1);
-        std::puts(line.c_str());
+        print_line(line);
     }
+}
+
+void print_json(const nlohmann::ordered_json& value) {
+    std::istringstream lines(io::layout(value));
+    for (std::string line; std::getline(lines, line);) print_line(line);
 }
 
 }  // namespace zam::cli
