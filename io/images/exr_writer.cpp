@@ -1,9 +1,9 @@
 #include "io/images/exr_writer.h"
 
-#include <half.h>
 #include <openexr.h>
 
 #include <algorithm>
+#include <bit>
 #include <vector>
 
 #include "io/images/deflate.h"
@@ -12,8 +12,7 @@
 namespace zam::io {
 namespace {
 
-constexpr int kChunkRows = 16;                  // that ZIP compresses at once
-constexpr std::size_t kOrder[] = {3, 2, 1, 0};  // A, B, G, R: channels stand in the order of their names
+constexpr int kChunkRows = 16;  // that ZIP compresses at once
 
 // The library would print its own messages; ours say more.
 void ignore_error(exr_const_context_t, exr_result_t, const char*) {}
@@ -81,66 +80,52 @@ void write_head(Context& context, const host::Frame& frame, const Metadata& meta
     context.check(exr_write_header(context));
 }
 
-void store(float value, float& sample) { sample = value; }
-void store(float value, std::uint16_t& sample) { sample = imath_float_to_half(value); }
-
-// Rows as the format has them: one channel after the other.
-template <class Sample>
-class Chunk {
-  public:
-    Chunk(const host::Frame& frame, bool linear)
-        : frame_(frame),
-          linear_(linear),
-          width_(static_cast<std::size_t>(frame.width)),
-          row_(width_ * 4),
-          samples_(width_ * 4 * kChunkRows) {}
-
-    std::span<const std::uint8_t> fill(int first, int rows) {
-        Sample* to = samples_.data();
-        for (int y = 0; y < rows; ++y) {
-            premultiplied_row(frame_, first + y, linear_, row_.data());
-            for (const std::size_t channel : kOrder)
-                for (std::size_t x = 0; x < width_; ++x) store(row_[x * 4 + channel], *to++);
-        }
-        const std::size_t count = static_cast<std::size_t>(to - samples_.data());
-        return {reinterpret_cast<const std::uint8_t*>(samples_.data()), count * sizeof(Sample)};
+// As the library's own conversion does it, for values from 0 to 1 only and in a loop that compilers turn into vector
+// instructions: below 2^-14 the unit of halves is that of floats from 0.5 to 1; above it 13 bits are rounded away, to
+// even.
+void to_samples(const float* values, std::size_t count, std::uint16_t* halves) {
+    constexpr std::int32_t kSmallestNormal = 0x38800000, kOneHalf = 0x3f000000, kExponents = 0x38000000;
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto bits = std::bit_cast<std::int32_t>(values[i]);
+        const std::int32_t small = std::bit_cast<std::int32_t>(values[i] + 0.5f) - kOneHalf;
+        const std::int32_t normal = (bits - kExponents + 0xfff + (bits >> 13 & 1)) >> 13;
+        const std::int32_t is_small = -static_cast<std::int32_t>(bits < kSmallestNormal);
+        halves[i] = static_cast<std::uint16_t>((small & is_small) | (normal & ~is_small));
     }
-
-  private:
-    const host::Frame& frame_;
-    bool linear_;
-    std::size_t width_;
-    std::vector<float> row_;
-    std::vector<Sample> samples_;
-};
+}
+void to_samples(const float* values, std::size_t count, float* samples) {
+    std::copy_n(values, count, samples);
+}
 
 // The format's way to make samples compress better: bytes of even places first, those of odd ones behind them, and of all
-// the differences, around 128.
-void prepare(std::span<const std::uint8_t> bytes, std::vector<std::uint8_t>& prepared) {
-    const std::size_t half = (bytes.size() + 1) / 2;
-    std::vector<std::uint8_t> sorted(bytes.size());
-    for (std::size_t i = 0; i < bytes.size() / 2; ++i) {
-        sorted[i] = bytes[2 * i];
-        sorted[half + i] = bytes[2 * i + 1];
-    }
-    if (bytes.size() % 2) sorted[half - 1] = bytes.back();
-    prepared.resize(bytes.size());
-    if (!sorted.empty()) prepared[0] = sorted[0];
-    for (std::size_t i = 1; i < sorted.size(); ++i)
+// the differences, around 128. Their count is even.
+void prepare(const std::uint8_t* bytes, std::size_t count, std::uint8_t* sorted, std::uint8_t* prepared) {
+    const std::size_t half = count / 2;
+    for (std::size_t i = 0; i < half; ++i) sorted[i] = bytes[2 * i];
+    for (std::size_t i = 0; i < half; ++i) sorted[half + i] = bytes[2 * i + 1];
+    prepared[0] = sorted[0];
+    for (std::size_t i = 1; i < count; ++i)
         prepared[i] = static_cast<std::uint8_t>(sorted[i] - sorted[i - 1] + 128);
 }
 
 // Compressed by us, and much faster than the library does it.
 template <class Sample>
 void write_rows(Context& context, const host::Frame& frame, bool linear) {
-    Chunk<Sample> chunk(frame, linear);
+    const std::size_t row = static_cast<std::size_t>(frame.width) * 4;
+    std::vector<float> values(row);
+    std::vector<Sample> samples(row * kChunkRows);
+    std::vector<std::uint8_t> sorted(samples.size() * sizeof(Sample)), prepared(sorted.size());
     Deflater deflater;
-    std::vector<std::uint8_t> prepared;
     for (int first = 0; first < frame.height && context.good(); first += kChunkRows) {
-        const std::span<const std::uint8_t> plain =
-            chunk.fill(first, std::min(kChunkRows, frame.height - first));
-        prepare(plain, prepared);
-        const std::span<const std::uint8_t> packed = deflater.compress(prepared);
+        const int rows = std::min(kChunkRows, frame.height - first);
+        for (int y = 0; y < rows; ++y) {
+            premultiplied_row(frame, first + y, linear, values.data());
+            to_samples(values.data(), row, samples.data() + row * static_cast<std::size_t>(y));
+        }
+        const std::span<const std::uint8_t> plain = {reinterpret_cast<const std::uint8_t*>(samples.data()),
+                                                     row * static_cast<std::size_t>(rows) * sizeof(Sample)};
+        prepare(plain.data(), plain.size(), sorted.data(), prepared.data());
+        const std::span<const std::uint8_t> packed = deflater.compress({prepared.data(), plain.size()});
         // What does not get smaller is kept as it is; readers tell by the size.
         const std::span<const std::uint8_t> bytes = packed.size() < plain.size() ? packed : plain;
         context.check(exr_write_scanline_chunk(context, 0, first, bytes.data(), bytes.size()));
