@@ -1,3 +1,4 @@
+#include <immintrin.h>
 #include <isa-l/igzip_lib.h>
 
 #include <algorithm>
@@ -16,6 +17,10 @@ constexpr std::size_t kPiece = 256 * 1024;
 // looks ahead at are hashed anew with the next call, so the first call offers one byte more than those. Level 0, for
 // streams that are not longer, loads the register.
 constexpr std::size_t kBeginning = ISAL_LOOK_AHEAD + 1;
+
+// The library leaves the upper halves of wide registers in use, and until they are cleared all code that is compiled for
+// narrow ones waits for them.
+__attribute__((target("avx"))) void clear_upper_halves() { _mm256_zeroupper(); }
 
 }  // namespace
 
@@ -46,6 +51,7 @@ struct Deflater::State {
                 throw std::logic_error("the compressor was called wrongly");
             size += kPiece - library.avail_out;
         } while (last ? library.internal_state.state != ZSTATE_END : library.avail_out == 0);
+        if (__builtin_cpu_supports("avx")) clear_upper_halves();
     }
 };
 

@@ -80,51 +80,58 @@ void write_head(Context& context, const host::Frame& frame, const Metadata& meta
     context.check(exr_write_header(context));
 }
 
-// As the library's own conversion does it, for values from 0 to 1 only and in a loop that compilers turn into vector
-// instructions: below 2^-14 the unit of halves is that of floats from 0.5 to 1; above it 13 bits are rounded away, to
-// even.
+// What the library's own conversion gives for values from 0 to 1, in a loop that compilers turn into vector instructions.
+// A power of two whose last place is that of the value as a half is added, so that the addition rounds.
 void to_samples(const float* values, std::size_t count, std::uint16_t* halves) {
-    constexpr std::int32_t kSmallestNormal = 0x38800000, kOneHalf = 0x3f000000, kExponents = 0x38000000;
+    constexpr std::int32_t kExponent = 0x7f800000, kSmallestNormal = 0x38800000, kPlaces = 13 << 23;
     for (std::size_t i = 0; i < count; ++i) {
-        const auto bits = std::bit_cast<std::int32_t>(values[i]);
-        const std::int32_t small = std::bit_cast<std::int32_t>(values[i] + 0.5f) - kOneHalf;
-        const std::int32_t normal = (bits - kExponents + 0xfff + (bits >> 13 & 1)) >> 13;
-        const std::int32_t is_small = -static_cast<std::int32_t>(bits < kSmallestNormal);
-        halves[i] = static_cast<std::uint16_t>((small & is_small) | (normal & ~is_small));
+        const std::int32_t binade =
+            std::max(std::bit_cast<std::int32_t>(values[i]) & kExponent, kSmallestNormal);
+        const std::int32_t power = binade + kPlaces;
+        const float sum = values[i] + std::bit_cast<float>(power);
+        halves[i] = static_cast<std::uint16_t>(std::bit_cast<std::int32_t>(sum) - power +
+                                               ((binade - kSmallestNormal) >> 13));
     }
 }
 void to_samples(const float* values, std::size_t count, float* samples) {
     std::copy_n(values, count, samples);
 }
 
-// The format's way to make samples compress better: bytes of even places first, those of odd ones behind them, and of all
-// the differences, around 128. Their count is even.
-void prepare(const std::uint8_t* bytes, std::size_t count, std::uint8_t* sorted, std::uint8_t* prepared) {
-    const std::size_t half = count / 2;
-    for (std::size_t i = 0; i < half; ++i) sorted[i] = bytes[2 * i];
-    for (std::size_t i = 0; i < half; ++i) sorted[half + i] = bytes[2 * i + 1];
-    prepared[0] = sorted[0];
+// The format's way to make samples compress better: the bytes of even places of a chunk first, those of odd ones behind
+// them, and of all the differences, around 128.
+void sort_bytes(std::span<const std::uint8_t> row, std::uint8_t* even, std::uint8_t* odd) {
+    const std::uint8_t* bytes = row.data();
+    const std::size_t pairs = row.size() / 2;
+    for (std::size_t i = 0; i < pairs; ++i) {
+        even[i] = bytes[2 * i];
+        odd[i] = bytes[2 * i + 1];
+    }
+}
+void subtract_left(const std::uint8_t* sorted, std::size_t count, std::uint8_t* differences) {
+    differences[0] = sorted[0];
     for (std::size_t i = 1; i < count; ++i)
-        prepared[i] = static_cast<std::uint8_t>(sorted[i] - sorted[i - 1] + 128);
+        differences[i] = static_cast<std::uint8_t>(sorted[i] - sorted[i - 1] + 128);
 }
 
 // Compressed by us, and much faster than the library does it.
 template <class Sample>
 void write_rows(Context& context, const host::Frame& frame, bool linear) {
-    const std::size_t row = static_cast<std::size_t>(frame.width) * 4;
+    const std::size_t row = static_cast<std::size_t>(frame.width) * 4, row_bytes = row * sizeof(Sample);
     std::vector<float> values(row);
     std::vector<Sample> samples(row * kChunkRows);
-    std::vector<std::uint8_t> sorted(samples.size() * sizeof(Sample)), prepared(sorted.size());
+    std::vector<std::uint8_t> sorted(row_bytes * kChunkRows), prepared(sorted.size());
     Deflater deflater;
     for (int first = 0; first < frame.height && context.good(); first += kChunkRows) {
-        const int rows = std::min(kChunkRows, frame.height - first);
-        for (int y = 0; y < rows; ++y) {
-            premultiplied_row(frame, first + y, linear, values.data());
-            to_samples(values.data(), row, samples.data() + row * static_cast<std::size_t>(y));
-        }
+        const auto rows = static_cast<std::size_t>(std::min(kChunkRows, frame.height - first));
         const std::span<const std::uint8_t> plain = {reinterpret_cast<const std::uint8_t*>(samples.data()),
-                                                     row * static_cast<std::size_t>(rows) * sizeof(Sample)};
-        prepare(plain.data(), plain.size(), sorted.data(), prepared.data());
+                                                     row_bytes * rows};
+        for (std::size_t y = 0; y < rows; ++y) {
+            premultiplied_row(frame, first + static_cast<int>(y), linear, values.data());
+            to_samples(values.data(), row, samples.data() + row * y);
+            std::uint8_t* even = sorted.data() + row_bytes / 2 * y;
+            sort_bytes(plain.subspan(row_bytes * y, row_bytes), even, even + plain.size() / 2);
+        }
+        subtract_left(sorted.data(), plain.size(), prepared.data());
         const std::span<const std::uint8_t> packed = deflater.compress({prepared.data(), plain.size()});
         // What does not get smaller is kept as it is; readers tell by the size.
         const std::span<const std::uint8_t> bytes = packed.size() < plain.size() ? packed : plain;
