@@ -1,4 +1,5 @@
 // The whole road: the program itself, from the scene file to image files on disk, and how long each stage was at work.
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <cmath>
@@ -65,19 +66,36 @@ struct Folder {
     Folder& operator=(const Folder&) = delete;
 };
 
-// The last event that a run of the program told; empty when it failed.
+// What all cores have done so far for programs that this one has run, in seconds.
+double core_seconds() {
+    rusage usage{};
+    getrusage(RUSAGE_CHILDREN, &usage);
+    const auto seconds = [](const timeval& time) {
+        return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
+    };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+// The last event that a run of the program told; empty when it failed. The program tells for how long frames were
+// rendered, on several threads; what the cores did for that is what they did for none of the other stages.
 nlohmann::json run(const fs::path& folder, const std::string& arguments) {
     const fs::path zam = fs::read_symlink("/proc/self/exe").parent_path().parent_path() / "zam";
     const std::string command = "cd '" + folder.string() + "' && '" + zam.string() + "' render scene.json " +
                                 arguments + " --log json 2>&1";
+    const double before = core_seconds();
     std::FILE* pipe = popen(command.c_str(), "r");
     if (!pipe) return {};
     std::string last;
     char line[4096];
     while (std::fgets(line, sizeof line, pipe)) last = line;
     if (pclose(pipe) != 0) std::printf("  %s", last.c_str());
-    const nlohmann::json event = nlohmann::json::parse(last, nullptr, false);
-    return event.is_object() && event.value("event", "") == "end" ? event : nlohmann::json();
+    nlohmann::json event = nlohmann::json::parse(last, nullptr, false);
+    if (!event.is_object() || event.value("event", "") != "end") return {};
+    double render = core_seconds() - before;
+    for (const auto& [stage, seconds] : event["stages"].items())
+        if (stage != "render" && stage != kWait) render -= seconds.get<double>();
+    event["stages"]["render"] = render;
+    return event;
 }
 
 double megabytes(const fs::path& folder, const std::string& start) {
@@ -111,9 +129,8 @@ void print_heading(int frames, const fs::path& folder) {
         "The whole road",
         std::to_string(frames) + " frames of 1920 x 1080 with 8 moving lights, from scene.json to files in " +
             folder.string() +
-            ", one run each.\nms a frame: the run, then each stage at work with its share of all work "
-            "(waiting for room is none).\nOverlap: work over the run's time; rendering counts once, however "
-            "many threads it has. Size: MB a file.");
+            ", one run each.\nms a frame: the run, then each stage on all cores with its share of all work "
+            "(waiting for room is none).\nOverlap: work over the run's time. Size: MB a file.");
     std::printf("\n  %-24s %7s", "", "run");
     for (const char* stage : kStages) std::printf("  %12s", stage);
     std::printf("  %7s %7s\n", "overlap", "size");

@@ -21,6 +21,7 @@
 #include "host/composition/queries.h"
 #include "host/runner/cores.h"
 #include "host/utf8_path.h"
+#include "io/core_clock.h"
 #include "io/images/write_image.h"
 
 namespace zam::cli {
@@ -70,8 +71,9 @@ void render_frames(const Job& job, host::Session& session, PluginAnswers& answer
                    Progress& progress, StageTimes& times, Faintness& faintness) {
     const auto into_file = [&](RenderedFrame& rendered) {
         faintness.look_at(rendered.image);
-        times.measure(StageTimes::lay_over,
-                      [&] { job.background.put_behind(rendered.frame, &rendered.image); });
+        const double start = io::core_seconds();
+        job.background.put_behind(rendered.frame, &rendered.image);
+        times.add(StageTimes::lay_over, io::core_seconds() - start);
         io::Metadata metadata = job.metadata;
         metadata.frame = rendered.frame;
         const io::WriteTimes spent = io::write_image(rendered.file, rendered.image, metadata, job.image);

@@ -1,6 +1,6 @@
 #pragma once
-// How long each stage of a run was at work, in seconds on the wall's clock. Stages overlap, and encoding and writing
-// run on several threads, so their sum may exceed the run's time.
+// How long each stage of a run was at work, in seconds: laying over, encoding and writing, which several threads do at
+// once, on a core, the others on the wall's clock. Stages overlap, so their sum may exceed the run's time.
 #include <chrono>
 #include <mutex>
 #include <nlohmann/json_fwd.hpp>

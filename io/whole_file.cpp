@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <chrono>
 #include <filesystem>
 #include <system_error>
 #include <utility>
 
 #include "host/utf8_path.h"
+#include "io/core_clock.h"
 #include "io/part_file.h"
 
 namespace zam::io {
@@ -41,13 +41,13 @@ void make_folders_for(const std::string& file) {
 class WholeFile::Clock {
   public:
     explicit Clock(double& sum) : sum_(sum) {}
-    ~Clock() { sum_ += std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count(); }
+    ~Clock() { sum_ += core_seconds() - start_; }
     Clock(const Clock&) = delete;
     Clock& operator=(const Clock&) = delete;
 
   private:
     double& sum_;
-    std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+    double start_ = core_seconds();
 };
 
 WholeFile::WholeFile(std::string file) : file_(std::move(file)) {

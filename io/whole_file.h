@@ -36,7 +36,7 @@ class WholeFile {
     // Puts the file under its name, in place of one that is there. Throws WriteError for any failure so far.
     void keep();
 
-    // Spent in the system's calls so far, on the wall's clock.
+    // Spent on a core in the system's calls so far, if one thread made them all.
     [[nodiscard]] double seconds_on_disk() const { return seconds_; }
 
   private:

@@ -2,8 +2,8 @@
 # setup.sh SET...: installs the Debian packages that a set of tasks needs. Does nothing when all are there.
 set -eu
 
-build="build-essential cmake ninja-build libcli11-dev nlohmann-json3-dev libpng-dev libopenexr-dev libtiff-dev libdeflate-dev
-    libxxhash-dev"
+build="build-essential cmake ninja-build libcli11-dev nlohmann-json3-dev libpng-dev libopenexr-dev libtiff-dev libxxhash-dev"
+[ "$(uname -m)" != x86_64 ] || build="$build libisal-dev"
 test="libgtest-dev libgmock-dev python3 python3-jsonschema clang-format nodejs node-acorn"
 sanitize="clang-14 libclang-rt-14-dev"
 arm64="g++-aarch64-linux-gnu qemu-user libstdc++6:arm64 libpng-dev:arm64 libtiff-dev:arm64

@@ -1,4 +1,4 @@
-// By zlib, for where there is no libdeflate.
+// By zlib, for where there is no ISA-L.
 #include <zlib.h>
 
 #include <algorithm>
@@ -12,14 +12,13 @@ namespace zam::io {
 namespace {
 
 constexpr std::size_t kPiece = 256 * 1024;
-constexpr std::size_t kMostAtOnce = std::size_t{1} << 30;  // the library counts in 32 bits
 constexpr int kLevel = 1;
 
 }  // namespace
 
 struct Deflater::State {
     z_stream library{};
-    std::vector<std::uint8_t> stream;
+    std::vector<std::uint8_t> ready = std::vector<std::uint8_t>(kPiece);
 
     State() {
         if (deflateInit(&library, kLevel) != Z_OK) throw std::bad_alloc();
@@ -32,27 +31,22 @@ struct Deflater::State {
 Deflater::Deflater() : state_(std::make_unique<State>()) {}
 Deflater::~Deflater() = default;
 
-std::span<const std::uint8_t> Deflater::compress(std::span<const std::uint8_t> bytes) {
+std::span<const std::uint8_t> Deflater::add(std::span<const std::uint8_t> bytes, bool last) {
     z_stream& library = state_->library;
-    std::vector<std::uint8_t>& stream = state_->stream;
+    std::vector<std::uint8_t>& ready = state_->ready;
+    library.next_in = const_cast<Bytef*>(bytes.data());
+    library.avail_in = static_cast<uInt>(bytes.size());
     std::size_t size = 0;
-    for (int result = Z_OK; result != Z_STREAM_END;) {
-        if (library.avail_in == 0) {
-            const std::size_t next = std::min(bytes.size(), kMostAtOnce);
-            library.next_in = const_cast<Bytef*>(bytes.data());
-            library.avail_in = static_cast<uInt>(next);
-            bytes = bytes.subspan(next);
-        }
-        if (stream.size() < size + kPiece) stream.resize(std::max(size + kPiece, 2 * stream.size()));
-        library.next_out = stream.data() + size;
+    do {
+        if (ready.size() < size + kPiece) ready.resize(std::max(size + kPiece, 2 * ready.size()));
+        library.next_out = ready.data() + size;
         library.avail_out = static_cast<uInt>(kPiece);
-        result = deflate(&library, bytes.empty() ? Z_FINISH : Z_NO_FLUSH);
-        if (result != Z_OK && result != Z_BUF_ERROR && result != Z_STREAM_END)
+        if (deflate(&library, last ? Z_FINISH : Z_NO_FLUSH) == Z_STREAM_ERROR)
             throw std::logic_error("the compressor was called wrongly");
         size += kPiece - library.avail_out;
-    }
-    deflateReset(&library);
-    return {stream.data(), size};
+    } while (library.avail_out == 0);
+    if (last) deflateReset(&library);
+    return {ready.data(), size};
 }
 
 }  // namespace zam::io

@@ -1,9 +1,9 @@
 #include "io/images/exr_writer.h"
 
-#include <half.h>
 #include <openexr.h>
 
 #include <algorithm>
+#include <bit>
 #include <vector>
 
 #include "io/images/deflate.h"
@@ -12,8 +12,7 @@
 namespace zam::io {
 namespace {
 
-constexpr int kChunkRows = 16;                  // that ZIP compresses at once
-constexpr std::size_t kOrder[] = {3, 2, 1, 0};  // A, B, G, R: channels stand in the order of their names
+constexpr int kChunkRows = 16;  // that ZIP compresses at once
 
 // The library would print its own messages; ours say more.
 void ignore_error(exr_const_context_t, exr_result_t, const char*) {}
@@ -81,66 +80,59 @@ void write_head(Context& context, const host::Frame& frame, const Metadata& meta
     context.check(exr_write_header(context));
 }
 
-void store(float value, float& sample) { sample = value; }
-void store(float value, std::uint16_t& sample) { sample = imath_float_to_half(value); }
-
-// Rows as the format has them: one channel after the other.
-template <class Sample>
-class Chunk {
-  public:
-    Chunk(const host::Frame& frame, bool linear)
-        : frame_(frame),
-          linear_(linear),
-          width_(static_cast<std::size_t>(frame.width)),
-          row_(width_ * 4),
-          samples_(width_ * 4 * kChunkRows) {}
-
-    std::span<const std::uint8_t> fill(int first, int rows) {
-        Sample* to = samples_.data();
-        for (int y = 0; y < rows; ++y) {
-            premultiplied_row(frame_, first + y, linear_, row_.data());
-            for (const std::size_t channel : kOrder)
-                for (std::size_t x = 0; x < width_; ++x) store(row_[x * 4 + channel], *to++);
-        }
-        const std::size_t count = static_cast<std::size_t>(to - samples_.data());
-        return {reinterpret_cast<const std::uint8_t*>(samples_.data()), count * sizeof(Sample)};
+// What the library's own conversion gives for values from 0 to 1, in a loop that compilers turn into vector instructions.
+// A power of two whose last place is that of the value as a half is added, so that the addition rounds.
+void to_samples(const float* values, std::size_t count, std::uint16_t* halves) {
+    constexpr std::int32_t kExponent = 0x7f800000, kSmallestNormal = 0x38800000, kPlaces = 13 << 23;
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::int32_t binade =
+            std::max(std::bit_cast<std::int32_t>(values[i]) & kExponent, kSmallestNormal);
+        const std::int32_t power = binade + kPlaces;
+        const float sum = values[i] + std::bit_cast<float>(power);
+        halves[i] = static_cast<std::uint16_t>(std::bit_cast<std::int32_t>(sum) - power +
+                                               ((binade - kSmallestNormal) >> 13));
     }
+}
+void to_samples(const float* values, std::size_t count, float* samples) {
+    std::copy_n(values, count, samples);
+}
 
-  private:
-    const host::Frame& frame_;
-    bool linear_;
-    std::size_t width_;
-    std::vector<float> row_;
-    std::vector<Sample> samples_;
-};
-
-// The format's way to make samples compress better: bytes of even places first, those of odd ones behind them, and of all
-// the differences, around 128.
-void prepare(std::span<const std::uint8_t> bytes, std::vector<std::uint8_t>& prepared) {
-    const std::size_t half = (bytes.size() + 1) / 2;
-    std::vector<std::uint8_t> sorted(bytes.size());
-    for (std::size_t i = 0; i < bytes.size() / 2; ++i) {
-        sorted[i] = bytes[2 * i];
-        sorted[half + i] = bytes[2 * i + 1];
+// The format's way to make samples compress better: the bytes of even places of a chunk first, those of odd ones behind
+// them, and of all the differences, around 128.
+void sort_bytes(std::span<const std::uint8_t> row, std::uint8_t* even, std::uint8_t* odd) {
+    const std::uint8_t* bytes = row.data();
+    const std::size_t pairs = row.size() / 2;
+    for (std::size_t i = 0; i < pairs; ++i) {
+        even[i] = bytes[2 * i];
+        odd[i] = bytes[2 * i + 1];
     }
-    if (bytes.size() % 2) sorted[half - 1] = bytes.back();
-    prepared.resize(bytes.size());
-    if (!sorted.empty()) prepared[0] = sorted[0];
-    for (std::size_t i = 1; i < sorted.size(); ++i)
-        prepared[i] = static_cast<std::uint8_t>(sorted[i] - sorted[i - 1] + 128);
+}
+void subtract_left(const std::uint8_t* sorted, std::size_t count, std::uint8_t* differences) {
+    differences[0] = sorted[0];
+    for (std::size_t i = 1; i < count; ++i)
+        differences[i] = static_cast<std::uint8_t>(sorted[i] - sorted[i - 1] + 128);
 }
 
 // Compressed by us, and much faster than the library does it.
 template <class Sample>
 void write_rows(Context& context, const host::Frame& frame, bool linear) {
-    Chunk<Sample> chunk(frame, linear);
+    const std::size_t row = static_cast<std::size_t>(frame.width) * 4, row_bytes = row * sizeof(Sample);
+    std::vector<float> values(row);
+    std::vector<Sample> samples(row * kChunkRows);
+    std::vector<std::uint8_t> sorted(row_bytes * kChunkRows), prepared(sorted.size());
     Deflater deflater;
-    std::vector<std::uint8_t> prepared;
     for (int first = 0; first < frame.height && context.good(); first += kChunkRows) {
-        const std::span<const std::uint8_t> plain =
-            chunk.fill(first, std::min(kChunkRows, frame.height - first));
-        prepare(plain, prepared);
-        const std::span<const std::uint8_t> packed = deflater.compress(prepared);
+        const auto rows = static_cast<std::size_t>(std::min(kChunkRows, frame.height - first));
+        const std::span<const std::uint8_t> plain = {reinterpret_cast<const std::uint8_t*>(samples.data()),
+                                                     row_bytes * rows};
+        for (std::size_t y = 0; y < rows; ++y) {
+            premultiplied_row(frame, first + static_cast<int>(y), linear, values.data());
+            to_samples(values.data(), row, samples.data() + row * y);
+            std::uint8_t* even = sorted.data() + row_bytes / 2 * y;
+            sort_bytes(plain.subspan(row_bytes * y, row_bytes), even, even + plain.size() / 2);
+        }
+        subtract_left(sorted.data(), plain.size(), prepared.data());
+        const std::span<const std::uint8_t> packed = deflater.compress({prepared.data(), plain.size()});
         // What does not get smaller is kept as it is; readers tell by the size.
         const std::span<const std::uint8_t> bytes = packed.size() < plain.size() ? packed : plain;
         context.check(exr_write_scanline_chunk(context, 0, first, bytes.data(), bytes.size()));

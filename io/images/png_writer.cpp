@@ -2,8 +2,8 @@
 
 #include <png.h>
 
-#include <algorithm>
 #include <array>
+#include <bit>
 #include <csetjmp>
 #include <new>
 #include <vector>
@@ -15,34 +15,57 @@
 namespace zam::io {
 namespace {
 
-constexpr std::size_t kLargestChunk = std::size_t{1} << 30;  // the format allows twice as much
+constexpr std::size_t kBand =
+    256 * 1024;                        // bytes, at least, that are compressed at once: they stay in caches
 constexpr std::uint8_t kFilterUp = 2;  // of the format's five the best for glows, and the fastest
 
-// Of each row the filter's number, then its differences from the one above.
-std::vector<std::uint8_t> filtered(const host::Frame& frame, const ImageOptions& options) {
-    const std::size_t samples = static_cast<std::size_t>(frame.width) * 4;
-    const std::size_t bytes = samples * (options.bits == 8 ? 1 : 2);
-    std::vector<std::uint16_t> wide(options.bits == 8 ? 0 : samples);
-    std::vector<std::uint8_t> row(bytes), above(bytes);
-    std::vector<std::uint8_t> all((bytes + 1) * static_cast<std::size_t>(frame.height));
-    std::uint8_t* to = all.data();
-    for (int y = 0; y < frame.height; ++y) {
-        row.swap(above);
-        if (options.bits == 8) {
-            rgba8_row(frame, y, options.dither, row.data());
-        } else {
-            rgba16_row(frame, y, wide.data());
-            for (std::size_t i = 0; i < samples; ++i) {
-                row[2 * i] = static_cast<std::uint8_t>(wide[i] >> 8);
-                row[2 * i + 1] = static_cast<std::uint8_t>(wide[i]);
-            }
+// Rows as they are compressed: of each the filter's number, then its differences from the one above.
+class FilteredRows {
+  public:
+    FilteredRows(const host::Frame& frame, const ImageOptions& options)
+        : frame_(frame),
+          options_(options),
+          samples_(static_cast<std::size_t>(frame.width) * 4),
+          bytes_(samples_ * (options.bits == 8 ? 1 : 2)),
+          row_(samples_),
+          above_(samples_),
+          band_(kBand + bytes_ + 1) {}
+
+    // The next band; `last` says whether it ends the picture. It lasts until the next call.
+    std::span<const std::uint8_t> band(bool* last) {
+        std::size_t size = 0;
+        for (; size < kBand && next_ < frame_.height; ++next_) {
+            row_.swap(above_);
+            read_row();
+            const auto* row = reinterpret_cast<const std::uint8_t*>(row_.data());
+            const auto* above = reinterpret_cast<const std::uint8_t*>(above_.data());
+            std::uint8_t* to = band_.data() + size;
+            *to++ = kFilterUp;
+            for (std::size_t i = 0; i < bytes_; ++i) to[i] = static_cast<std::uint8_t>(row[i] - above[i]);
+            size += bytes_ + 1;
         }
-        *to++ = kFilterUp;
-        for (std::size_t i = 0; i < bytes; ++i) to[i] = static_cast<std::uint8_t>(row[i] - above[i]);
-        to += bytes;
+        *last = next_ == frame_.height;
+        return {band_.data(), size};
     }
-    return all;
-}
+
+  private:
+    void read_row() {
+        if (options_.bits == 8) {
+            rgba8_row(frame_, next_, options_.dither, reinterpret_cast<std::uint8_t*>(row_.data()));
+            return;
+        }
+        rgba16_row(frame_, next_, row_.data());
+        if constexpr (std::endian::native == std::endian::little)  // the format has the high byte first
+            for (std::uint16_t& sample : row_) sample = static_cast<std::uint16_t>(sample << 8 | sample >> 8);
+    }
+
+    const host::Frame& frame_;
+    const ImageOptions& options_;
+    std::size_t samples_, bytes_;             // of a row
+    std::vector<std::uint16_t> row_, above_;  // of 8 bits each sample takes half an element
+    std::vector<std::uint8_t> band_;
+    int next_ = 0;
+};
 
 // libpng would print its own messages; ours say more.
 void jump_on_error(png_structp png, png_const_charp) { png_longjmp(png, 1); }
@@ -120,11 +143,12 @@ bool write_png(const host::Frame& frame, const Metadata& metadata, const ImageOp
                WholeFile& file) {
     Png png(file);
     if (!write_head(png, frame, metadata, options)) return false;
+    FilteredRows rows(frame, options);
     Deflater deflater;
-    for (std::span<const std::uint8_t> rest = deflater.compress(filtered(frame, options)); !rest.empty();) {
-        const std::size_t size = std::min(rest.size(), kLargestChunk);
-        if (!png.chunk("IDAT", rest.first(size))) return false;
-        rest = rest.subspan(size);
+    for (bool last = false; !last;) {
+        const std::span<const std::uint8_t> band = rows.band(&last);
+        const std::span<const std::uint8_t> ready = deflater.add(band, last);
+        if (!ready.empty() && !png.chunk("IDAT", ready)) return false;
     }
     return png.chunk("IEND", {});
 }

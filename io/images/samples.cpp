@@ -112,14 +112,15 @@ void rgba16_row(const host::Frame& frame, int row, std::uint16_t* samples) {
 }
 
 void premultiplied_row(const host::Frame& frame, int row, bool linear, float* samples) {
-    const std::vector<float>&values = table(frame, linear), &plain = table(frame, false);
+    const float *values = table(frame, linear).data(), *plain = table(frame, false).data();
     const std::uint32_t full = full_scale(frame);
     const std::uint16_t* argb = codes_of(frame, row);
-    for (std::size_t at = 0; at < static_cast<std::size_t>(frame.width) * 4; at += 4) {
-        const auto code = [&](std::size_t i) { return std::min<std::uint32_t>(argb[at + i], full); };
+    const std::size_t width = static_cast<std::size_t>(frame.width);
+    for (std::size_t x = 0; x < width; ++x) {
+        const auto code = [&](std::size_t i) { return std::min<std::uint32_t>(argb[x * 4 + i], full); };
         const float alpha = plain[code(0)];
-        for (std::size_t i = 0; i < 3; ++i) samples[at + i] = values[code(i + 1)] * alpha;
-        samples[at + 3] = alpha;
+        samples[x] = alpha;
+        for (std::size_t i = 1; i < 4; ++i) samples[i * width + x] = values[code(4 - i)] * alpha;
     }
 }
 

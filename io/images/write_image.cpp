@@ -1,8 +1,8 @@
 #include "io/images/write_image.h"
 
 #include <algorithm>
-#include <chrono>
 
+#include "io/core_clock.h"
 #include "io/images/png_writer.h"
 #ifdef ZAM_EXR
 #include "io/images/exr_writer.h"
@@ -49,12 +49,11 @@ WriteTimes write_image(const std::string& file, const host::Frame& frame, const 
     const Writer write = writer_of(options.format);
     if (!write)
         throw WriteError(file + ": this program was built without writing such files\nhint: write PNG files");
-    const auto start = std::chrono::steady_clock::now();
+    const double start = core_seconds();
     WholeFile whole(file);
     write(frame, metadata, options, whole);  // keep() tells of failures
     whole.keep();
-    const double all = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    return {all - whole.seconds_on_disk(), whole.seconds_on_disk()};
+    return {core_seconds() - start - whole.seconds_on_disk(), whole.seconds_on_disk()};
 }
 
 }  // namespace zam::io

@@ -9,7 +9,7 @@ namespace zam::io {
 // Whether this program was built to write such files.
 [[nodiscard]] bool can_write(ImageFormat format);
 
-// How long the work took, on the wall's clock.
+// How long the work took on a core.
 struct WriteTimes {
     double encode = 0.0, write = 0.0;  // seconds
 };
