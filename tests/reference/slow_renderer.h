@@ -95,9 +95,7 @@ struct Frame {
     int width = 0;
     int height = 0;
     bool deep = false;
-    // Both hold 4 values per pixel, rows top down: alpha, red, green, blue.
-    std::vector<std::uint16_t> argb;  // codes, straight colour
-    std::vector<double> sums;         // the light added up, before the look's final curve
+    std::vector<std::uint16_t> argb;  // codes of 4 channels per pixel, rows top down; straight colour
 };
 
 // Renders one frame.  Lights are in layer-stack order; point lights are added before spot lights.
