@@ -168,16 +168,6 @@ TEST_F(SuitesTest, NewLightsAreSpotsOnTopThatKeepTheirNumbersWhenParented) {
     EXPECT_NE(layers.AEGP_SetLayerFlag(light, AEGP_LayerFlag_SHY | AEGP_LayerFlag_LOCKED, 1), 0);
     EXPECT_EQ(kLightSuite2.AEGP_SetLightType(light, AEGP_LightType_POINT), 0);
     EXPECT_EQ(made.light.type, LightType::point);
-    A_Boolean on = 9;
-    EXPECT_EQ(layers.AEGP_IsLayerVideoReallyOn(wall, &on), 0);
-    EXPECT_EQ(on, 1);
-    EXPECT_EQ(layers.AEGP_SetLayerFlag(light, AEGP_LayerFlag_SOLO, 1), 0);
-    EXPECT_EQ(layers.AEGP_IsLayerVideoReallyOn(wall, &on), 0);
-    EXPECT_EQ(on, 0);
-    composition.layers[0].video = false;  // soloed, but its own switch is off
-    on = 9;
-    EXPECT_EQ(layers.AEGP_IsLayerVideoReallyOn(light, &on), 0);
-    EXPECT_EQ(on, 0);
     EXPECT_TRUE(in.ledger.end().empty());
 }
 
