@@ -289,23 +289,34 @@ TEST_F(RowsTest, FarPoints) {
     EXPECT_GE(lit_, 2 * 4);
 }
 
-// Infinite light, which is no number where its colour has nothing of it, light that takes light away, and light so weak
-// that the look's power leaves none of it: pixels stay as they were.
+// Lights whose codes or powers leave the usual ways.
 TEST_F(RowsTest, OddStrengths) {
+    const double infinity = std::numeric_limits<double>::infinity();
+    const struct {
+        double intensity, gamma;
+        Vec3 color;
+    } odd[] = {
+        {infinity, 2.0, {0.0, 1.0, 0.4}},  // no number where its colour has nothing of it
+        {-0.5, 2.0, {0.0, 1.0, 0.4}},      // takes light away
+        {0.01, 0.5, {3.0, -2.0, 0.4}},     // keeps low bits, and the power of what is below zero
+        {1e-8, 1.0, {1e12, -1e12, 2.0}},   // what no integer holds
+        {1e-8, 0.02, {0.0, 1.0, 0.4}},     // its powers are lost: pixels stay as they were
+    };
     test::Random random(9);
-    for (const double intensity : {std::numeric_limits<double>::infinity(), -0.5, 1e-8}) {
+    for (const auto& [intensity, gamma, color] : odd) {
         for (int look = 1; look <= 6; ++look) {
             Scene scene{.width = 37, .height = 2, .zoom = 2000.0};
             scene.deep = look % 2;
             scene.look = Look{look};
-            scene.gamma = 0.02;
+            scene.gamma = gamma;
             scene.points.model = 2;
             literal::AddPoints(random, 1, &scene);
-            scene.point_lights[0].color = {0.0, 1.0, 0.4};
+            scene.point_lights[0].color = color;
             scene.point_lights[0].intensity = intensity;
             const long before = lit_;
-            CompareRows(Frame(scene), 1, "look " + std::to_string(look));
-            if (intensity == 1e-8 && scene.look >= Look::adjustable_linear) {
+            CompareRows(Frame(scene), 1,
+                        "intensity " + std::to_string(intensity) + " look " + std::to_string(look));
+            if (gamma == 0.02 && scene.look >= Look::adjustable_linear) {
                 EXPECT_EQ(lit_, before) << look;
             }
         }
