@@ -37,6 +37,7 @@ struct RayOpt {
 struct Stretch {
     double near = 0.0, far = 0.0;
     [[nodiscard]] double length() const { return far - near; }
+    [[nodiscard]] bool hit() const { return length() > 0.0; }
 };
 
 // How pixels become rays.
