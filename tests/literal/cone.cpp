@@ -17,16 +17,26 @@ bool EndCap(const _LightData& spots, const _VisLightStruct& light, const _OptSpo
     *lo = 0.0;
     *hi = kFarthest;
     if (std::isnan(k)) return false;
-    const Vec3& n = spots.reachNormal;
-    const bool reach = spots.reachActive != 0;
-    const double along = reach ? (ray.x * n.x + ray.y * n.y + ray.z * n.z) * opt.endSign : k;
-    const double e = reach ? opt.endPlane / along : opt.endPlane * ray_opt.invRayDotAxis;
-    if (along > 0.0) {
-        *hi = e >= kFarthest || std::isnan(e) ? kFarthest : e;
-    } else if (along < 0.0) {
-        if (e > 0.0) *lo = e;
-    } else if (!reach) {
-        return !(ray_opt.rayDotPos > light.radius);
+    if (spots.reachActive == 0) {
+        const double e = opt.endPlane * ray_opt.invRayDotAxis;
+        if (k > 0.0) {
+            *hi = e;
+            if (e >= kFarthest || std::isnan(e)) *hi = kFarthest;
+        } else if (k < 0.0) {
+            if (e > 0.0) *lo = e;
+        } else if (ray_opt.rayDotPos > light.radius) {
+            return false;
+        }
+    } else {
+        const Vec3& n = spots.reachNormal;
+        const double dn = (ray.x * n.x + ray.y * n.y + ray.z * n.z) * opt.endSign;
+        const double e = opt.endPlane / dn;
+        if (dn > 0.0) {
+            *hi = e;
+            if (e >= kFarthest || std::isnan(e)) *hi = kFarthest;
+        } else if (dn < 0.0 && e > 0.0) {
+            *lo = e;
+        }
     }
     return true;
 }

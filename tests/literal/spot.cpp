@@ -43,6 +43,7 @@ double SpotScattering(const Maths& maths, const View& view, const _LightData& sp
     }
 
     const auto scattered = [&](Integral* plain, Integral* with_feather, double scale) {
+        if (!inner.hit() && !outer.hit()) return 0.0;
         const auto over = [&](Integral* integral, double t0, double t1) {
             return scale * integral(maths, opt, *ray_opt, ray, t0, t1);
         };
@@ -66,10 +67,11 @@ double SpotScattering(const Maths& maths, const View& view, const _LightData& sp
             return scattered(IntegrateNatural, IntegrateNaturalConeF, spotScale);
         case SpotModel::distance:
             return scattered(IntegrateDistance, IntegrateDistanceConeF, 1.0);
-        case SpotModel::constant:
-            return scattered(IntegrateConst, IntegrateConstConeF, 1.0) /
-                   std::max(400.0 * maths.tan(light.coneAngle * 0.5),
-                            200.0 * maths.cos(light.coneAngle * 0.5));
+        case SpotModel::constant: {
+            const double length = scattered(IntegrateConst, IntegrateConstConeF, 1.0);
+            const double half = light.coneAngle * 0.5;
+            return length > 0.0 ? length / std::max(400.0 * maths.tan(half), 200.0 * maths.cos(half)) : 0.0;
+        }
         case SpotModel::off:
             break;
     }
