@@ -61,11 +61,6 @@ bool ProbeIsOutside(const _VisLightStruct& light, const Ray& ray, double root, d
     return qd * qd / (qx * qx + qy * qy + qz * qz) <= cosSq;
 }
 
-struct Sample {
-    Stretch stretch;
-    bool hit;
-};
-
 }  // namespace
 
 Stretch IntersectRayWithCone(const Maths& maths, const _LightData& spots, const _VisLightStruct& light,
@@ -134,38 +129,33 @@ Stretch RefineIntersection(const Maths& maths, const View& view, const _LightDat
         ray_opt.rayDotAxis = ray.x * light.dir.x + ray.y * light.dir.y + ray.z * light.dir.z;
         ray_opt.invRayDotAxis = 1.0 / ray_opt.rayDotAxis;
         ray_opt.rayDotPos = ray.x * light.pos.x + ray.y * light.pos.y + ray.z * light.pos.z;
-        const Stretch stretch = IntersectRayWithCone(maths, spots, light, opt, ray_opt, ray, c, cos_sq);
-        return Sample{stretch, stretch.length() > 0.0};
+        return IntersectRayWithCone(maths, spots, light, opt, ray_opt, ray, c, cos_sq);
     };
 
     // Offsets stand across the axis as seen on the screen.
     const double ax = light.dir.x, ay = light.dir.y;
     const double m = ax * ax + ay * ay;
     const double f = maths.fabs(m) > 1e-09 || std::isnan(m) ? 0.6 / maths.sqrt(m) : 1.0;
-    const Sample s0{own, own.length() > 0.0};
-    const Sample s1 = cast(-ay * f, ax * f, coneC, cosSq);
-    const Sample s2 = cast(ay * f, -ax * f, coneC, cosSq);
-    if (s0.hit && s1.hit && s2.hit) {
-        return {(own.near + s1.stretch.near + s2.stretch.near) * 0.333333333333333,
-                (own.far + s1.stretch.far + s2.stretch.far) * 0.333333333333333};
+    const Stretch s1 = cast(-ay * f, ax * f, coneC, cosSq);
+    const Stretch s2 = cast(ay * f, -ax * f, coneC, cosSq);
+    const int hits = own.hit() + s1.hit() + s2.hit();
+    if (hits == 3) {
+        return {(own.near + s1.near + s2.near) * 0.333333333333333,
+                (own.far + s1.far + s2.far) * 0.333333333333333};
     }
-    if (!s0.hit && !s1.hit && !s2.hit) return own;
+    if (hits == 0) return own;
 
     double near = 0.0, far = 0.0;
     int n = 0;
-    const auto count = [&](const Sample& sample) {
-        if (!sample.hit) return;
-        near += sample.stretch.near;
-        far += sample.stretch.far;
-        ++n;
-    };
-    count(s1);
-    count(s2);
-    count(s0);
-    // The inner cone for both, whatever cone the caller asked for.
+    // The inner cone for the last two, whatever cone the caller asked for.
     const double g = m == 0.0 ? 1.0 : 0.3 / maths.sqrt(m);
-    count(cast(-ay * g, ax * g, opt.coneCInner, opt.cosInnerSq));
-    count(cast(ay * g, -ax * g, opt.coneCInner, opt.cosInnerSq));
+    for (const Stretch& sample : {s1, s2, own, cast(-ay * g, ax * g, opt.coneCInner, opt.cosInnerSq),
+                                  cast(ay * g, -ax * g, opt.coneCInner, opt.cosInnerSq)}) {
+        if (!sample.hit()) continue;
+        near += sample.near;
+        far += sample.far;
+        ++n;
+    }
     if (n > 1) {
         near /= n;
         far /= n;

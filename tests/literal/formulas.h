@@ -37,6 +37,7 @@ struct RayOpt {
 struct Stretch {
     double near = 0.0, far = 0.0;
     [[nodiscard]] double length() const { return far - near; }
+    [[nodiscard]] bool hit() const { return length() > 0.0; }
 };
 
 // How pixels become rays.
@@ -70,16 +71,10 @@ Stretch RefineIntersection(const Maths& maths, const View& view, const _LightDat
                            double py, double coneC, double cosSq);
 
 // Over [t0, t1]. The plain ones integrate the fog, those with ConeF the fog times the feather's weight.
-double IntegrateNatural(const Maths& maths, const _OptSpotData& opt, const RayOpt& ray_opt, const Ray& ray,
+using Integral = double(const Maths& maths, const _OptSpotData& opt, const RayOpt& ray_opt, const Ray& ray,
                         double t0, double t1);
-double IntegrateNaturalConeF(const Maths& maths, const _OptSpotData& opt, const RayOpt& ray_opt,
-                             const Ray& ray, double t0, double t1);
-double IntegrateDistance(const Maths& maths, const _VisLightStruct& light, const _OptSpotData& opt,
-                         const Ray& ray, double t0, double t1);
-double IntegrateDistanceConeF(const Maths& maths, const _VisLightStruct& light, const _OptSpotData& opt,
-                              const Ray& ray, double t0, double t1);
-double IntegrateConstConeF(const Maths& maths, const _VisLightStruct& light, const _OptSpotData& opt,
-                           const Ray& ray, double t0, double t1);
+Integral IntegrateNatural, IntegrateNaturalConeF, IntegrateDistance, IntegrateDistanceConeF, IntegrateConst,
+    IntegrateConstConeF;
 
 // A spot's scattering value S in pixel (x, y). *ray_opt is the row's: its reciprocal keeps its value where k is 0.
 double SpotScattering(const Maths& maths, const View& view, const _LightData& spots,

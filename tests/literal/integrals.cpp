@@ -6,11 +6,6 @@
 #include "tests/literal/formulas.h"
 
 namespace zam::literal {
-namespace {
-
-double Dot(const Ray& ray, const Vec3& v) { return ray.x * v.x + ray.y * v.y + ray.z * v.z; }
-
-}  // namespace
 
 // 1 / Q:  F = 2 i atan((2 a t + b) i)
 double IntegrateNatural(const Maths& maths, const _OptSpotData& opt, const RayOpt& ray_opt, const Ray& ray,
@@ -43,10 +38,10 @@ double IntegrateNaturalConeF(const Maths& maths, const _OptSpotData& opt, const 
 }
 
 // 1 / sqrt(Q):  F = log((b + 2 a t) / sqrt(a) + 2 sqrt(Q)) / sqrt(a)
-double IntegrateDistance(const Maths& maths, const _VisLightStruct& light, const _OptSpotData& opt,
-                         const Ray& ray, double t0, double t1) {
+double IntegrateDistance(const Maths& maths, const _OptSpotData& opt, const RayOpt& ray_opt, const Ray& ray,
+                         double t0, double t1) {
     const double a = ray.square;
-    const double b = Dot(ray, light.pos) * -2.0;
+    const double b = ray_opt.rayDotPos * -2.0;
     const double root_a = maths.sqrt(a), i = 1.0 / root_a;
     const auto F = [&](double t) {
         const double Q = a * t * t + b * t + opt.distSq + 1.0;
@@ -56,11 +51,11 @@ double IntegrateDistance(const Maths& maths, const _VisLightStruct& light, const
 }
 
 // w / sqrt(Q):  F = [G i atan((b + 2 a t) i) + k log(Q) + H log(2 sqrt(Q) + (b + 2 a t) / sqrt(a))] / N
-double IntegrateDistanceConeF(const Maths& maths, const _VisLightStruct& light, const _OptSpotData& opt,
+double IntegrateDistanceConeF(const Maths& maths, const _OptSpotData& opt, const RayOpt& ray_opt,
                               const Ray& ray, double t0, double t1) {
     const double a = ray.square;
-    const double b = Dot(ray, light.pos) * -2.0;
-    const double k = Dot(ray, light.dir);
+    const double b = ray_opt.rayDotPos * -2.0;
+    const double k = ray_opt.rayDotAxis;
     const double u = opt.distSq + 1.0;
     const double i = 1.0 / maths.sqrt(a * 4.0 * u - b * b);
     const double root_a = maths.sqrt(a);
@@ -76,14 +71,19 @@ double IntegrateDistanceConeF(const Maths& maths, const _VisLightStruct& light, 
     return F(t1) - F(t0);
 }
 
+// 1
+double IntegrateConst(const Maths&, const _OptSpotData&, const RayOpt&, const Ray&, double t0, double t1) {
+    return t1 - t0;
+}
+
 // w with the true distance:
 //   F = [cosOuter t - (1 / a) k sqrt(Q0) + M log((2 a t + b) i + 2 sqrt(Q0)) / L] / (cosOuter - cosInner)
 // Through the apex rounding may leave Q0 below zero and the logarithm without an argument: that term is dropped.
-double IntegrateConstConeF(const Maths& maths, const _VisLightStruct& light, const _OptSpotData& opt,
-                           const Ray& ray, double t0, double t1) {
+double IntegrateConstConeF(const Maths& maths, const _OptSpotData& opt, const RayOpt& ray_opt, const Ray& ray,
+                           double t0, double t1) {
     const double a = ray.square;
-    const double b = Dot(ray, light.pos) * -2.0;
-    const double k = Dot(ray, light.dir);
+    const double b = ray_opt.rayDotPos * -2.0;
+    const double k = ray_opt.rayDotAxis;
     const double root_a = maths.sqrt(a), i = 1.0 / root_a;
     const double M = b * k + a * -2.0 * -opt.axisDotPos;
     const double L = 2.0 * a * root_a;

@@ -8,19 +8,6 @@
 namespace zam::literal {
 namespace {
 
-// The host's maths: the C library's.
-PF_ANSICallbacks LibraryMaths() {
-    PF_ANSICallbacks ansi{};
-    ansi.atan = [](double x) { return std::atan(x); };
-    ansi.cos = [](double x) { return std::cos(x); };
-    ansi.fabs = [](double x) { return std::fabs(x); };
-    ansi.log = [](double x) { return std::log(x); };
-    ansi.pow = [](double x, double y) { return std::pow(x, y); };
-    ansi.sqrt = [](double x) { return std::sqrt(x); };
-    ansi.tan = [](double x) { return std::tan(x); };
-    return ansi;
-}
-
 constexpr double kSpotScale = 60.0;
 
 void SetBoxes(const Scene& scene, std::vector<_OptSpotData>* spots) {
@@ -52,6 +39,18 @@ Vec3 RandomColor(test::Random& random) {
 
 }  // namespace
 
+MathsHost::MathsHost() {
+    utils.ansi.atan = std::atan;
+    utils.ansi.cos = std::cos;
+    utils.ansi.fabs = std::fabs;
+    utils.ansi.log = std::log;
+    utils.ansi.pow = std::pow;
+    utils.ansi.sin = std::sin;
+    utils.ansi.sqrt = std::sqrt;
+    utils.ansi.tan = std::tan;
+    in_data.utils = &utils;
+}
+
 Scene Resized(Scene scene, A_long width, A_long height) {
     scene.downsample_x *= static_cast<double>(width) / scene.width;
     scene.downsample_y *= static_cast<double>(height) / scene.height;
@@ -67,15 +66,13 @@ Frame::Frame(const Scene& scene)
       spot_lights_(scene.spot_lights),
       opt_points_(scene.point_lights.size()),
       opt_spots_(scene.spot_lights.size()) {
-    utils_.ansi = LibraryMaths();
-    in_data_.utils = &utils_;
     points_.count = static_cast<std::int32_t>(point_lights_.size());
     spots_.count = static_cast<std::int32_t>(spot_lights_.size());
-    const HostMaths maths(&in_data_);
+    const HostMaths maths(&host_.in_data);
     const Projection projection{scene.camera_from_world, scene.zoom,  scene.downsample_x,
                                 scene.downsample_y,      scene.width, scene.height};
 
-    data_.inData = &in_data_;
+    data_.inData = &host_.in_data;
     data_.aspectOverDownsampleX = scene.aspect / scene.downsample_x;
     data_.invDownsampleY = 1.0 / scene.downsample_y;
     data_.invZoom = 1.0 / scene.zoom;

@@ -6,9 +6,19 @@
 #include "effect/render/choices.h"
 #include "effect/render/light_records.h"
 #include "effect/render/render_data.h"
-#include "tests/unit/effect/kernels/random_scene.h"  // Random
+#include "tests/literal/random.h"
 
 namespace zam::literal {
+
+// A host that has the C library's maths, and nothing else.
+struct MathsHost {
+    MathsHost();
+    MathsHost(const MathsHost&) = delete;
+    MathsHost& operator=(const MathsHost&) = delete;
+
+    PF_UtilCallbacks utils{};
+    PF_InData in_data{};
+};
 
 // Which pixels have their cones' edges refined.
 enum class Boxes { own, everywhere, nowhere };
@@ -23,9 +33,9 @@ struct Scene {
     double zoom = 2000.0;  // comp px
     double aspect = 1.0, downsample_x = 1.0, downsample_y = 1.0;
     A_Matrix4 camera_from_world{{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
-    _LightData points, spots;  // all but the counts
-    std::vector<_VisLightStruct> point_lights, spot_lights;
-    ReachPlane reach;
+    _LightData points{}, spots{};  // all but the counts
+    std::vector<_VisLightStruct> point_lights{}, spot_lights{};
+    ReachPlane reach{};
     Boxes boxes = Boxes::own;
 };
 
@@ -36,8 +46,6 @@ Scene Resized(Scene scene, A_long width, A_long height);
 class Frame {
   public:
     explicit Frame(const Scene& scene);
-    Frame(const Frame&) = delete;
-    Frame& operator=(const Frame&) = delete;
 
     [[nodiscard]] const _RenderData& data() const { return data_; }
     [[nodiscard]] std::size_t pixel_bytes() const {
@@ -45,8 +53,7 @@ class Frame {
     }
 
   private:
-    PF_UtilCallbacks utils_{};
-    PF_InData in_data_{};
+    MathsHost host_;
     _LightData points_, spots_;
     std::vector<_VisLightStruct> point_lights_, spot_lights_;
     std::vector<_OptPointData> opt_points_;

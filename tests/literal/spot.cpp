@@ -42,48 +42,38 @@ double SpotScattering(const Maths& maths, const View& view, const _LightData& sp
         outer = IntersectRayWithCone(maths, spots, light, opt, *ray_opt, ray, opt.coneCOuter, opt.cosOuterSq);
     }
 
-    const SpotModel model{spots.model};
-    if (model == SpotModel::constant) {
-        double length = std::max(0.0, inner.length());
-        if (feathered) {
-            length = AddFeather(length, inner, outer, [&](double t0, double t1) {
-                return IntegrateConstConeF(maths, light, opt, ray, t0, t1);
-            });
-        }
-        if (!(length > 0.0)) return 0.0;
-        return length /
-               std::max(400.0 * maths.tan(light.coneAngle * 0.5), 200.0 * maths.cos(light.coneAngle * 0.5));
-    }
-    if (model == SpotModel::natural) {
-        const bool in_box =
-            opt.screenLeft < x && x < opt.screenRight && opt.screenTop < y && y < opt.screenBottom;
-        if (in_box) {
-            inner = RefineIntersection(maths, view, spots, light, opt, inner, x, y, opt.coneCInner,
-                                       opt.cosInnerSq);
-            if (feathered) {
+    const auto scattered = [&](Integral* plain, Integral* with_feather, double scale) {
+        if (!inner.hit() && !outer.hit()) return 0.0;
+        const auto over = [&](Integral* integral, double t0, double t1) {
+            return scale * integral(maths, opt, *ray_opt, ray, t0, t1);
+        };
+        const double main = inner.length() > 0.0 ? NumberOrZero(over(plain, inner.near, inner.far)) : 0.0;
+        if (!feathered) return main;
+        return AddFeather(main, inner, outer,
+                          [&](double t0, double t1) { return over(with_feather, t0, t1); });
+    };
+    const bool in_box =
+        opt.screenLeft < x && x < opt.screenRight && opt.screenTop < y && y < opt.screenBottom;
+    switch (SpotModel{spots.model}) {
+        case SpotModel::natural:
+            if (in_box) {
+                inner = RefineIntersection(maths, view, spots, light, opt, inner, x, y, opt.coneCInner,
+                                           opt.cosInnerSq);
+            }
+            if (in_box && feathered) {
                 outer = RefineIntersection(maths, view, spots, light, opt, outer, x, y, opt.coneCOuter,
                                            opt.cosOuterSq);
             }
+            return scattered(IntegrateNatural, IntegrateNaturalConeF, spotScale);
+        case SpotModel::distance:
+            return scattered(IntegrateDistance, IntegrateDistanceConeF, 1.0);
+        case SpotModel::constant: {
+            const double length = scattered(IntegrateConst, IntegrateConstConeF, 1.0);
+            const double half = light.coneAngle * 0.5;
+            return length > 0.0 ? length / std::max(400.0 * maths.tan(half), 200.0 * maths.cos(half)) : 0.0;
         }
-        double main = 0.0;
-        if (inner.length() > 0.0) {
-            main =
-                NumberOrZero(spotScale * IntegrateNatural(maths, opt, *ray_opt, ray, inner.near, inner.far));
-        }
-        if (!feathered) return main;
-        return AddFeather(main, inner, outer, [&](double t0, double t1) {
-            return spotScale * IntegrateNaturalConeF(maths, opt, *ray_opt, ray, t0, t1);
-        });
-    }
-    if (model == SpotModel::distance) {
-        double main = 0.0;
-        if (inner.length() > 0.0) {
-            main = NumberOrZero(IntegrateDistance(maths, light, opt, ray, inner.near, inner.far));
-        }
-        if (!feathered) return main;
-        return AddFeather(main, inner, outer, [&](double t0, double t1) {
-            return IntegrateDistanceConeF(maths, light, opt, ray, t0, t1);
-        });
+        case SpotModel::off:
+            break;
     }
     return 0.0;
 }

@@ -25,20 +25,14 @@ std::optional<Stretch> between_caps(const Vec3& ray, const SpotCone& spot) {
     const Real axis_sq = dot(spot.axis, spot.axis);
     Stretch s{0, kFarLimit};
 
-    if (spot.ends_at_layer) {
-        const Real rate = spot.side * dot(ray, spot.layer_normal);
-        const Real crossing = spot.side * dot(spot.layer_point, spot.layer_normal) / rate;
-        if (rate > 0) s.far = smaller(kFarLimit, crossing);
-        if (rate < 0 && crossing > 0) s.near = crossing;
-        // deliberate: a ray along the layer is not cut, whichever side it runs on
-    } else if (k == 0) {
-        // deliberate: depth along the view, not along the axis, decides here
-        if (dot(ray, spot.apex) > spot.reach) return std::nullopt;
-    } else {
-        const Real crossing = (apex_depth + spot.reach * axis_sq) / k;
-        if (k > 0) s.far = smaller(kFarLimit, crossing);
-        if (k < 0 && crossing > 0) s.near = crossing;
-    }
+    // deliberate: a ray along the layer is not cut, whichever side it runs on; with k exactly 0 depth along the
+    // view, not along the axis, decides
+    if (!spot.ends_at_layer && k == 0 && dot(ray, spot.apex) > spot.reach) return std::nullopt;
+    const Real rate = spot.ends_at_layer ? spot.side * dot(ray, spot.layer_normal) : k;
+    const Real end = spot.ends_at_layer ? spot.side * dot(spot.layer_point, spot.layer_normal)
+                                        : apex_depth + spot.reach * axis_sq;
+    if (rate > 0) s.far = smaller(kFarLimit, end / rate);
+    if (rate < 0 && end / rate > 0) s.near = end / rate;
 
     // deliberate: with k exactly 0 the start cap cuts nothing
     const Real start = (apex_depth + spot.start * axis_sq) / k;

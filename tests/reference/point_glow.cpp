@@ -33,8 +33,7 @@ Real soften(Real v, Real softness) {
     return s * s * (3 - 2 * s) * softness + (1 - softness) * v;
 }
 
-}  // namespace
-
+// Length of the ray inside a sphere in front of the camera, in units of t; 0 when it misses.
 Real sphere_chord(const Vec3& ray, const Vec3& centre, Real radius) {
     const auto inside = [&](Real t) { return length(t * ray - centre) < radius; };
     const Real closest = passage(ray, centre).closest;
@@ -44,6 +43,8 @@ Real sphere_chord(const Vec3& ray, const Vec3& centre, Real radius) {
     const Real far = last_true(inside, closest, closest + outside);
     return std::max(far, Real(0)) - std::max(near, Real(0));
 }
+
+}  // namespace
 
 Contribution point_glow(const Controls& controls, const PointGlow& light, const Vec3& ray) {
     if (controls.point_model == PointModel::kNatural) {

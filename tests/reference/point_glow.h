@@ -12,7 +12,4 @@ struct Contribution {
 
 [[nodiscard]] Contribution point_glow(const Controls& controls, const PointGlow& light, const Vec3& ray);
 
-// Length of the ray inside a sphere in front of the camera, in units of t; 0 when it misses.
-[[nodiscard]] Real sphere_chord(const Vec3& ray, const Vec3& centre, Real radius);
-
 }  // namespace zam::reference

@@ -17,6 +17,9 @@ inline Vec3 operator+(const Vec3& a, const Vec3& b) { return {a.x + b.x, a.y + b
 inline Vec3 operator-(const Vec3& a, const Vec3& b) { return {a.x - b.x, a.y - b.y, a.z - b.z}; }
 inline Vec3 operator*(Real s, const Vec3& a) { return {s * a.x, s * a.y, s * a.z}; }
 inline Real dot(const Vec3& a, const Vec3& b) { return a.x * b.x + a.y * b.y + a.z * b.z; }
+inline Vec3 cross(const Vec3& a, const Vec3& b) {
+    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
+}
 inline Real length(const Vec3& a) { return std::sqrt(dot(a, a)); }
 inline Vec3 to_vec(const double (&a)[3]) { return {a[0], a[1], a[2]}; }
 

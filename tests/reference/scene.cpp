@@ -1,57 +1,28 @@
 #include "tests/reference/scene.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
 #include <stdexcept>
-#include <utility>
 
 namespace zam::reference {
 namespace {
 
-using Matrix = std::array<std::array<Real, 4>, 4>;
-
-// Gauss-Jordan elimination with row pivoting.
-Matrix invert(const double (&m)[16]) {
-    Matrix left{};
-    Matrix right{};
-    for (std::size_t r = 0; r < 4; ++r) {
-        for (std::size_t c = 0; c < 4; ++c) left[r][c] = m[4 * r + c];
-        right[r][r] = 1;
+// A point of the world in the camera's own axes, by Cramer's rule.
+class CameraSpace {
+  public:
+    explicit CameraSpace(const double (&m)[16])
+        : x_{m[0], m[1], m[2]}, y_{m[4], m[5], m[6]}, z_{m[8], m[9], m[10]}, at_{m[12], m[13], m[14]} {}
+    Vec3 operator()(const Vec3& world) const {
+        const Vec3 p = world - at_;
+        const Real volume = dot(x_, cross(y_, z_));
+        return {dot(p, cross(y_, z_)) / volume, dot(p, cross(z_, x_)) / volume,
+                dot(p, cross(x_, y_)) / volume};
     }
-    for (std::size_t c = 0; c < 4; ++c) {
-        std::size_t pivot = c;
-        for (std::size_t r = c + 1; r < 4; ++r) {
-            if (std::fabs(left[r][c]) > std::fabs(left[pivot][c])) pivot = r;
-        }
-        std::swap(left[c], left[pivot]);
-        std::swap(right[c], right[pivot]);
-        const Real scale = left[c][c];
-        if (!(std::fabs(scale) > 0)) throw std::invalid_argument("camera matrix cannot be inverted");
-        for (std::size_t i = 0; i < 4; ++i) {
-            left[c][i] /= scale;
-            right[c][i] /= scale;
-        }
-        for (std::size_t r = 0; r < 4; ++r) {
-            if (r == c) continue;
-            const Real factor = left[r][c];
-            for (std::size_t i = 0; i < 4; ++i) {
-                left[r][i] -= factor * left[c][i];
-                right[r][i] -= factor * right[c][i];
-            }
-        }
-    }
-    return right;
-}
 
-// The point (x, y, z, 1) times the matrix, without a division by w.
-Vec3 transform(const Matrix& m, const Vec3& p) {
-    const auto column = [&](std::size_t c) {
-        return p.x * m[0][c] + p.y * m[1][c] + p.z * m[2][c] + m[3][c];
-    };
-    return {column(0), column(1), column(2)};
-}
+  private:
+    Vec3 x_, y_, z_, at_;
+};
 
 Real individual(Individual rule, Real common, const Light& light) {
     switch (rule) {
@@ -102,8 +73,7 @@ ScreenBox screen_box(const View& view, const Vec3& apex, Real strength) {
 
 Scene build_scene(const View& view, const Controls& controls, const Reach& reach,
                   const std::vector<Light>& lights) {
-    const Matrix camera_from_world = invert(view.camera_to_world);
-    const auto to_camera = [&](const Vec3& world) { return transform(camera_from_world, world); };
+    const CameraSpace to_camera(view.camera_to_world);
 
     const bool ends_at_layer = controls.reach_comp_layer && reach.found;
     const Vec3 layer_point = to_camera(to_vec(reach.point));

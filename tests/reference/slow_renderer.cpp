@@ -10,16 +10,16 @@
 namespace zam::reference {
 namespace {
 
-using Sums = std::array<double, 4>;  // alpha, red, green, blue
+using Sums = std::array<Real, 4>;  // alpha, red, green, blue
 
 bool squares_each_light(Look look) {
     return look == Look::kWeak || look == Look::kNatural || look == Look::kAdjustableNatural;
 }
 
 Sums light_in_pixel(const View& view, const Controls& controls, const Scene& scene, int px, int py) {
-    std::array<Real, 4> sums{};
+    Sums sums{};
     const auto add = [&](const Contribution& c) {
-        const std::array<Real, 4> values{c.alpha, c.red, c.green, c.blue};
+        const Sums values{c.alpha, c.red, c.green, c.blue};
         for (std::size_t i = 0; i < 4; ++i) {
             sums[i] += squares_each_light(controls.look) ? values[i] * values[i] : values[i];
         }
@@ -32,12 +32,11 @@ Sums light_in_pixel(const View& view, const Controls& controls, const Scene& sce
         const Real lit = strength * spot.intensity;
         add({lit, lit * spot.color.x, lit * spot.color.y, lit * spot.color.z});
     }
-    Sums rounded{};
-    for (std::size_t i = 0; i < 4; ++i) rounded[i] = static_cast<double>(sums[i]);
-    return rounded;
+    return sums;
 }
 
-double final_curve(const Controls& controls, double v) {
+double final_curve(const Controls& controls, Real sum) {
+    const auto v = static_cast<double>(sum);
     if (v > 1.0) return 1.0;
     switch (controls.look) {
         case Look::kWeak:
@@ -69,12 +68,9 @@ std::uint16_t to_code(double v, bool deep) {
 
 Frame render(const View& view, const Controls& controls, const Reach& reach,
              const std::vector<Light>& lights) {
-    Frame frame{.width = view.width, .height = view.height, .deep = view.deep, .argb = {}, .sums = {}};
+    Frame frame{.width = view.width, .height = view.height, .deep = view.deep, .argb = {}};
     if (view.width <= 0 || view.height <= 0) return frame;
-    const std::size_t values =
-        4 * static_cast<std::size_t>(view.width) * static_cast<std::size_t>(view.height);
-    frame.argb.assign(values, 0);
-    frame.sums.assign(values, 0.0);
+    frame.argb.assign(4 * static_cast<std::size_t>(view.width) * static_cast<std::size_t>(view.height), 0);
     if (!has_rays(view)) return frame;
 
     const Scene scene = build_scene(view, controls, reach, lights);
@@ -82,9 +78,7 @@ Frame render(const View& view, const Controls& controls, const Reach& reach,
     for (int y = 0; y < view.height; ++y) {
         for (int x = 0; x < view.width; ++x, at += 4) {
             const Sums sums = light_in_pixel(view, controls, scene, x, y);
-            for (std::size_t i = 0; i < 4; ++i) frame.sums[at + i] = sums[i];
-
-            if (!(sums[0] > 0.0)) continue;  // no light: the pixel stays transparent black
+            if (!(sums[0] > 0)) continue;  // no light: the pixel stays transparent black
             const double alpha = final_curve(controls, sums[0]);
             if (alpha == 0.0) continue;
             const double k = 1.0 / alpha;

@@ -79,8 +79,8 @@ struct Reach {
 };
 
 struct View {
-    // Row-major, points are row vectors on the left: rows 0..2 the camera's axes, row 3 its position.
-    // Invertible.
+    // Row-major, points are row vectors on the left: rows 0..2 the camera's axes, not in one plane, row 3 its
+    // position. The last column is that of the identity.
     double camera_to_world[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
     double zoom = 1000.0;  // camera to image plane, composition pixels
     int width = 0;         // output pixels
@@ -95,14 +95,11 @@ struct Frame {
     int width = 0;
     int height = 0;
     bool deep = false;
-    // Both hold 4 values per pixel, rows top down: alpha, red, green, blue.
-    std::vector<std::uint16_t> argb;  // codes, straight colour
-    std::vector<double> sums;         // the light added up, before the look's final curve
+    std::vector<std::uint16_t> argb;  // codes of 4 channels per pixel, rows top down; straight colour
 };
 
 // Renders one frame.  Lights are in layer-stack order; point lights are added before spot lights.
 // A zoom, pixel aspect or downsample factor that is 0 or not finite gives an empty (all zero) frame.
-// Throws std::invalid_argument when the camera matrix cannot be inverted.
 //
 // A light on the very edge of a decision (a ray exactly across a spot's axis, a stretch of almost no length,
 // a screen box ending on a whole pixel) may be decided otherwise in double precision; compare frames with a

@@ -9,15 +9,8 @@ namespace zam::reference {
 namespace {
 
 Real brightness(Falloff falloff, Real distance_sq) {
-    switch (falloff) {
-        case Falloff::kInverseSquare:
-            return 1 / (distance_sq + 1);
-        case Falloff::kInverse:
-            return 1 / std::sqrt(distance_sq + 1);
-        case Falloff::kNone:
-            return 1;
-    }
-    return 0;
+    if (falloff == Falloff::kNone) return 1;
+    return 1 / (falloff == Falloff::kInverse ? std::sqrt(distance_sq + 1) : distance_sq + 1);
 }
 
 // Squared distance added to keep the light finite at the apex.
@@ -59,20 +52,10 @@ Real feathered_fog(Falloff falloff, const Vec3& ray, const SpotCone& spot, Real 
 }
 
 Real spot_strength(const View& view, SpotModel model, const SpotCone& spot, int px, int py) {
-    Falloff falloff = Falloff::kNone;
-    switch (model) {
-        case SpotModel::kNatural:
-            falloff = Falloff::kInverseSquare;
-            break;
-        case SpotModel::kDistance:
-            falloff = Falloff::kInverse;
-            break;
-        case SpotModel::kConstant:
-            break;
-        default:
-            return 0;
-    }
-
+    if (model == SpotModel::kOff) return 0;
+    const Falloff falloff = model == SpotModel::kNatural    ? Falloff::kInverseSquare
+                            : model == SpotModel::kDistance ? Falloff::kInverse
+                                                            : Falloff::kNone;
     const Vec3 ray = ray_through(view, px, py);
     Stretch inner = cone_stretch(ray, spot, spot.cos_inner);
     Stretch outer = spot.feathered ? cone_stretch(ray, spot, spot.cos_outer) : inner;

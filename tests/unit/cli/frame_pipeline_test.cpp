@@ -10,94 +10,78 @@
 namespace zam::cli {
 namespace {
 
-RenderedFrame rendered(int frame, std::size_t codes = 4) {
-    RenderedFrame result{frame, std::to_string(frame), {}};
-    result.image.argb.resize(codes);
-    return result;
-}
+using std::chrono::milliseconds;
+
+// A pipeline whose frames take their time, and what became of them.
+struct Watched {
+    Watched(int threads, const std::function<milliseconds(int frame)>& time, std::size_t most_bytes = 1 << 30)
+        : pipeline(
+              threads,
+              [this, time](const RenderedFrame& frame) {
+                  std::this_thread::sleep_for(time(frame.frame));
+                  --under_way;
+                  if (frame.frame == fails) throw std::runtime_error("disk full");
+                  ++worked;
+              },
+              [this](int frame, const std::string&) { told.push_back(frame); }, most_bytes) {}
+
+    void put(int frames, std::size_t codes = 4) {
+        for (int frame = 0; frame < frames; ++frame) {
+            RenderedFrame rendered{frame, std::to_string(frame), {}};
+            rendered.image.argb.resize(codes);
+            pipeline.put(std::move(rendered));
+            most_under_way = std::max(most_under_way, ++under_way);
+        }
+    }
+
+    int fails = -1, most_under_way = 0;
+    std::vector<int> told;
+    std::atomic<int> worked = 0, under_way = 0;
+    FramePipeline pipeline;
+};
 
 TEST(FramePipeline, TellsOfFramesInOrderThoughTheyEndOutOfOrder) {
-    std::vector<int> told;
-    std::atomic<int> worked = 0;
-    {
-        FramePipeline pipeline(
-            4,
-            [&](RenderedFrame& frame) {
-                std::this_thread::sleep_for(std::chrono::milliseconds(frame.frame % 3 == 0 ? 8 : 1));
-                ++worked;
-            },
-            [&](int frame, const std::string&) { told.push_back(frame); });
-        for (int frame = 0; frame < 30; ++frame) pipeline.put(rendered(frame));
-        pipeline.finish();
-    }
-    EXPECT_EQ(worked, 30);
-    ASSERT_EQ(told.size(), 30u);
-    for (int frame = 0; frame < 30; ++frame) EXPECT_EQ(told[static_cast<std::size_t>(frame)], frame);
+    Watched run(4, [](int frame) { return milliseconds(frame % 3 == 0 ? 8 : 1); });
+    run.put(30);
+    run.pipeline.finish();
+    EXPECT_EQ(run.worked, 30);
+    ASSERT_EQ(run.told.size(), 30u);
+    EXPECT_TRUE(std::is_sorted(run.told.begin(), run.told.end()));
 }
 
 TEST(FramePipeline, HoldsNoMoreFramesThanThreadsCanTakeAndFewerLargeOnes) {
-    for (const auto& [codes, most] : {std::pair(4, 4), std::pair(200, 2)}) {  // 1000 bytes hold two of 400
-        std::atomic<int> under_way = 0;
-        FramePipeline pipeline(
-            3,
-            [&](RenderedFrame&) {
-                std::this_thread::sleep_for(std::chrono::milliseconds(3));
-                --under_way;
-            },
-            [](int, const std::string&) {}, 1000);
-        for (int frame = 0; frame < 12; ++frame) {
-            pipeline.put(rendered(frame, static_cast<std::size_t>(codes)));
-            EXPECT_LE(++under_way, most);
-        }
-        pipeline.finish();
+    for (const auto& [codes, most] : {std::pair(4u, 4), std::pair(200u, 2)}) {  // 1000 bytes hold two of 400
+        Watched run(
+            3, [](int) { return milliseconds(3); }, 1000);
+        run.put(12, codes);
+        EXPECT_LE(run.most_under_way, most);
+        run.pipeline.finish();
     }
 }
 
 TEST(FramePipeline, TheFirstFailureEndsTheRunAndFinishedFramesAreToldOf) {
-    std::vector<int> told;
-    std::atomic<int> worked = 0;
-    FramePipeline pipeline(
-        2,
-        [&](RenderedFrame& frame) {
-            if (frame.frame == 2) {
-                std::this_thread::sleep_for(std::chrono::milliseconds(20));
-                throw std::runtime_error("disk full");
-            }
-            ++worked;
-        },
-        [&](int frame, const std::string&) { told.push_back(frame); });
-    std::string failure;
-    try {
-        for (int frame = 0; frame < 1000; ++frame) pipeline.put(rendered(frame));
-        pipeline.finish();
-    } catch (const std::runtime_error& error) {
-        failure = error.what();
-    }
-    EXPECT_EQ(failure, "disk full");
-    pipeline.drop();
-    EXPECT_LT(worked, 1000);
-    EXPECT_EQ(static_cast<int>(told.size()), worked);
-    EXPECT_THAT(told, testing::Not(testing::Contains(2)));
+    Watched run(2, [](int frame) { return milliseconds(frame == 2 ? 20 : 0); });
+    run.fails = 2;
+    const auto put_all = [&] {
+        run.put(1000);
+        run.pipeline.finish();
+    };
+    EXPECT_THAT(put_all, testing::ThrowsMessage<std::runtime_error>("disk full"));
+    run.pipeline.drop();
+    EXPECT_LT(run.worked, 1000);
+    EXPECT_EQ(static_cast<int>(run.told.size()), run.worked);
+    EXPECT_THAT(run.told, testing::Not(testing::Contains(2)));
 }
 
 TEST(FramePipeline, DroppingLeavesOutWhatWaitsAndDestroyingDoesNot) {
     for (const bool drop : {true, false}) {
         std::atomic<int> worked = 0;
         {
-            FramePipeline pipeline(
-                2,
-                [&](RenderedFrame&) {
-                    std::this_thread::sleep_for(std::chrono::milliseconds(30));
-                    ++worked;
-                },
-                [](int, const std::string&) {});
-            for (int frame = 0; frame < 3; ++frame) pipeline.put(rendered(frame));
-            if (drop) pipeline.drop();
+            Watched run(2, [&](int) { return ++worked, milliseconds(30); });
+            run.put(3);
+            if (drop) run.pipeline.drop();
         }
-        if (drop)
-            EXPECT_LT(worked, 3);
-        else
-            EXPECT_EQ(worked, 3);
+        EXPECT_EQ(worked < 3, drop);
     }
 }
 

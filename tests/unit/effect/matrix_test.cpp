@@ -2,27 +2,20 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <random>
+#include "tests/literal/random_frame.h"
 
 namespace zam {
 namespace {
 
-A_Matrix4 random_matrix(std::mt19937_64& engine) {
-    std::uniform_real_distribution<double> element(-2, 2);
-    A_Matrix4 m;
-    for (auto& row : m.mat) {
-        for (double& e : row) e = element(engine);
-    }
-    return m;
-}
-
 TEST(Matrix, InverseTimesMatrixIsTheIdentity) {
-    std::mt19937_64 engine(5);
+    test::Random random(5);
     for (int i = 0; i < 1000; ++i) {
-        const A_Matrix4 m = random_matrix(engine);
-        A_Matrix4 inverse, product = m;
+        A_Matrix4 m, inverse, product;
+        for (auto& row : m.mat) {
+            for (double& element : row) element = random.between(-2, 2);
+        }
         InverseMatrix4(&m, &inverse);
+        product = m;
         MultiplyMatrix4(&product, &inverse, &product);  // in place
         double size = 0.0;
         for (const auto& row : inverse.mat) {
@@ -50,27 +43,23 @@ TEST(Matrix, SingularMatricesGiveTheirAdjugate) {
 }
 
 TEST(Matrix, RotationsTurnTheRightWay) {
-    PF_UtilCallbacks utils{};
-    utils.ansi.cos = std::cos;
-    utils.ansi.sin = std::sin;
-    PF_InData in_data{};
-    in_data.utils = &utils;
-    const double quarter = std::acos(0.0);
-    const struct {
-        void (*build)(PF_InData*, A_Matrix4*, double);
-        int from, to;
-    } rows[] = {{BuildRotateXMatrix, 1, 2}, {BuildRotateYMatrix, 2, 0}, {BuildRotateZMatrix, 0, 1}};
-    for (const auto& row : rows) {
-        A_Matrix4 m;
-        row.build(&in_data, &m, quarter);
-        double p[4] = {};
-        p[row.from] = 1.0;
-        TransformPoint4(p, &m, p);
-        EXPECT_NEAR(p[row.to], 1.0, 1e-15) << row.from;
+    literal::MathsHost host;
+    PF_InData* in_data = &host.in_data;
+    const double quarter = std::acos(0.0), none[3] = {}, same[3] = {1, 1, 1};
+    void (*const builders[])(PF_InData*, A_Matrix4*, double) = {BuildRotateXMatrix, BuildRotateYMatrix,
+                                                                BuildRotateZMatrix};
+    for (int axis = 0; axis < 3; ++axis) {  // the next axis goes to the one after it
+        A_Matrix4 alone, layer;
+        builders[axis](in_data, &alone, quarter);
+        EXPECT_NEAR(alone.mat[(axis + 1) % 3][(axis + 2) % 3], 1.0, 1e-15) << axis;
+        double rotation[3] = {};
+        rotation[axis] = quarter;
+        BuildTranformMatrix(in_data, &layer, none, same, rotation, none);
+        EXPECT_EQ(CmpMatrix(&alone, &layer), 1) << axis;
     }
     A_Matrix4 xy, x;
-    BuildRotateXYMatrix(&in_data, &xy, 0.7, 0.0);
-    BuildRotateXMatrix(&in_data, &x, 0.7);
+    BuildRotateXYMatrix(in_data, &xy, 0.7, 0.0);
+    BuildRotateXMatrix(in_data, &x, 0.7);
     EXPECT_DOUBLE_EQ(xy.mat[2][2], 0.5 * (std::cos(0.7) + 1));
     xy.mat[2][2] = x.mat[2][2];
     EXPECT_EQ(CmpMatrix(&xy, &x), 1);
@@ -79,17 +68,14 @@ TEST(Matrix, RotationsTurnTheRightWay) {
     const double anchor[3] = {5, 6, 0}, scale[3] = {2, 2, 2}, rotation[3] = {0, 0, quarter},
                  position[3] = {100, 0, 7};
     A_Matrix4 layer;
-    BuildTranformMatrix(&in_data, &layer, anchor, scale, rotation, position);
-    double at_anchor[4] = {5, 6, 0, 1}, beside[4] = {6, 6, 0, 1};
+    BuildTranformMatrix(in_data, &layer, anchor, scale, rotation, position);
+    double at_anchor[4] = {5, 6, 0, 1}, direction[4] = {1, 0, 0, 0};  // which does not move
     TransformPoint4(at_anchor, &layer, at_anchor);
-    TransformPoint4(beside, &layer, beside);
-    EXPECT_NEAR(at_anchor[0], 100, 1e-12);
-    EXPECT_NEAR(at_anchor[2], 7, 1e-12);
-    EXPECT_NEAR(beside[1], 2, 1e-12);
-    double direction[4] = {1, 0, 0, 0};  // does not move
     TransformPoint4(direction, &layer, direction);
-    EXPECT_NEAR(direction[0], 0, 1e-12);
-    EXPECT_NEAR(direction[1], 2, 1e-12);
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_NEAR(at_anchor[i], position[i], 1e-12) << i;
+        EXPECT_NEAR(direction[i], i == 1 ? 2 : 0, 1e-12) << i;
+    }
 }
 
 }  // namespace

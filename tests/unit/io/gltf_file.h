@@ -26,8 +26,8 @@ class GltfFile {
     std::string lights = R"({"type": "point"})";
     std::string nodes = R"({"extensions": {"KHR_lights_punctual": {"light": 0}}})";
     std::string cameras, more;
-    // Where the buffer stands: beside the scene, in its text, or as a chunk of one binary file.
-    enum class Store { file, data_uri, chunk, missing } store = Store::file;
+    // Where the buffer stands: beside the scene, as a chunk of one binary file, or wherever the URI says.
+    enum class Store { file, chunk, elsewhere } store = Store::file;
     std::string uri = "floats%20here.bin";
     char json_filling = ' ';  // at the end of a binary file's JSON
 
@@ -37,9 +37,7 @@ class GltfFile {
     std::string floats(const char* type, const std::vector<float>& numbers) {
         const std::size_t width = std::string(type) == "SCALAR" ? 1 : std::string(type) == "VEC3" ? 3 : 4;
         std::string bytes;
-        for (const float number : numbers)
-            for (int shift = 0; shift < 32; shift += 8)
-                bytes += static_cast<char>(std::bit_cast<std::uint32_t>(number) >> shift & 0xFF);
+        for (const float number : numbers) bytes += word(std::bit_cast<std::uint32_t>(number));
         return add_accessor(5126, type, numbers.size() / width, bytes,
                             width == 1 ? R"(, "max": [)" + std::to_string(numbers.back()) + "]" : "");
     }
@@ -75,15 +73,8 @@ class GltfFile {
         } else {
             std::string json = text();
             json.resize((json.size() + 4) / 4 * 4, json_filling);
-            const auto word = [&](std::size_t n) {
-                for (int shift = 0; shift < 32; shift += 8) file << static_cast<char>(n >> shift & 0xFF);
-            };
-            file << "glTF";
-            for (const std::size_t n : {std::size_t{2}, 28 + json.size() + bytes_.size(), json.size()})
-                word(n);
-            file << "JSON" << json;
-            word(bytes_.size());
-            file << "BIN" << '\0' << bytes_;
+            file << "glTF" << word(2) << word(28 + json.size() + bytes_.size()) << word(json.size()) << "JSON"
+                 << json << word(bytes_.size()) << "BIN" << '\0' << bytes_;
         }
         return (folder_ / name).string();
     }
@@ -112,14 +103,18 @@ class GltfFile {
                        R"("}], "channels": [{"sampler": 0, "target": {)" + target + "}}]}";
     }
 
+    // Least significant byte first.
+    static std::string word(std::size_t n) {
+        std::string bytes;
+        for (int shift = 0; shift < 32; shift += 8) bytes += static_cast<char>(n >> shift & 0xFF);
+        return bytes;
+    }
     static std::string separator(const std::string& list) { return list.empty() ? "" : ", "; }
 
     std::string text() const {
         std::string buffer = R"({"byteLength": )" + std::to_string(bytes_.size());
         if (uri.empty())
             buffer += R"(, "extensions": {"EXT_meshopt_compression": {"fallback": true}})";
-        else if (store == Store::data_uri)
-            buffer += R"(, "uri": "data:application/octet-stream;base64,)" + base64() + "\"";
         else if (store != Store::chunk)
             buffer += ", \"uri\": \"" + uri + "\"";
         std::string result =
@@ -131,19 +126,6 @@ class GltfFile {
         if (!more.empty()) result += ",\n" + more;
         return result + ",\n\"accessors\": [" + accessors_ + "], \"bufferViews\": [" + views_ +
                "],\n\"buffers\": [" + buffer + "}]}\n";
-    }
-
-    std::string base64() const {
-        const char* digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-        std::string result;
-        for (std::size_t i = 0; i < bytes_.size(); i += 3) {
-            std::uint32_t bits = 0;
-            for (std::size_t k = 0; k < 3; ++k)
-                bits = bits << 8 | (i + k < bytes_.size() ? static_cast<unsigned char>(bytes_[i + k]) : 0u);
-            for (std::size_t k = 0; k < 4; ++k)
-                result += i + k > bytes_.size() ? '=' : digits[bits >> (18 - 6 * k) & 63];
-        }
-        return result;
     }
 
     std::filesystem::path folder_ =

@@ -114,7 +114,7 @@ TEST(GltfMotion, HiddenNodesHideTheirLights) {
 
 TEST(GltfMotion, PointersAtOtherThingsAreNoHindrance) {
     GltfFile file;
-    file.store = GltfFile::Store::missing;  // none of these needs its keys
+    file.store = GltfFile::Store::elsewhere;  // none of these needs its keys
     file.nodes = light_node("A") + R"(, {"name": "Mesh"}, {"camera": 0})";
     file.cameras = R"({"type": "perspective", "perspective": {"yfov": 1, "znear": 1}})";
     for (const char* pointer :

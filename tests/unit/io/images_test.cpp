@@ -180,27 +180,7 @@ TEST(Samples, DitherIsRightOnTheMeanAndLeavesTheEndsAlone) {
     }
 }
 
-TEST(Over, MixesWithOpaqueAndTransparentPictures) {
-    for (const Depth depth : {Depth::bits8, Depth::bits16}) {
-        const int full = full_of(depth);
-        const auto part = [&](double value) { return static_cast<std::uint16_t>(std::lround(value * full)); };
-        const std::vector<std::uint16_t> light = {part(0.25), part(1), part(0.5), 0};
-        const auto over = [&](double alpha) {
-            host::Frame frame{1, 1, depth, light, {}};
-            lay_over({1, 1, depth, {part(alpha), part(0.2), part(0.2), part(1)}, {}}, &frame);
-            return frame.argb;
-        };
-        const auto expect = [&](const std::vector<std::uint16_t>& got, double a, double r, double g,
-                                double b) {
-            const double wanted[] = {a, r, g, b};
-            for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(got[i], wanted[i] * full, 1.6) << i;
-        };
-        expect(over(1.0), 1.0, 0.4, 0.275, 0.75);
-        // Half of the background shows through the light: 0.75 * 0.5.
-        expect(over(0.5), 0.625, (0.25 + 0.375 * 0.2) / 0.625, (0.125 + 0.375 * 0.2) / 0.625, 0.375 / 0.625);
-        EXPECT_EQ(over(0.0), light);
-    }
-    // Mixtures are rounded, not cut off.
+TEST(Over, MixturesAreRoundedAndNotCutOff) {
     for (std::uint16_t alpha = 0; alpha < 256; ++alpha) {
         host::Frame frame{1, 1, Depth::bits8, {alpha, 100, 255, 0}, {}};
         lay_over(host::Color{0, 0, 1}, &frame);
@@ -256,14 +236,12 @@ TEST(Deflater, GivesBackEveryLengthInPiecesOfAnySize) {
 TEST_F(Images, PicturesThatCannotBeReadAreToldOf) {
     write_image(path("a.png"), frame_of(Depth::bits8, 64, 64), kFacts, {});
     const std::string whole = bytes_of(path("a.png"));
-    std::ofstream(path("text.png")) << "no picture";
-    std::ofstream(path("cut.png"), std::ios::binary) << whole.substr(0, whole.size() / 2);
     std::string damaged = whole;
     damaged[damaged.size() / 2] ^= 1;
-    std::ofstream(path("damaged.png"), std::ios::binary) << damaged;
-    for (const std::string name : {"none.png", "text.png", "cut.png", "damaged.png"}) {
-        const auto read = [&] { return PngReader(path(name)).read(Depth::bits8); };
-        EXPECT_THAT(message_of<SceneError>(read), testing::HasSubstr(name + ": "));
+    for (const std::string& bytes : {whole.substr(0, whole.size() / 2), damaged}) {
+        std::ofstream(path("a.png"), std::ios::binary) << bytes;
+        const auto read = [&] { return PngReader(path("a.png")).read(Depth::bits8); };
+        EXPECT_THAT(message_of<SceneError>(read), testing::HasSubstr("a.png: "));
     }
 }
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/unit/effect/kernels/random_scene.h"
+#include "tests/literal/random.h"
 
 namespace zam {
 namespace {

@@ -18,30 +18,32 @@ TEST(PropertyLists, AreReadInEveryFormThatIsMet) {
     for (const ByteOrder order : {ByteOrder::little, ByteOrder::big})
         for (const bool word_before : {false, true})
             for (const bool padded : {false, true}) {
-                const PropertyList list = read_property_list(small_list(order, word_before, padded));
+                const bool little = order == ByteOrder::little;
+                const PropertyList list = read_property_list(small_list({order, word_before, padded}));
                 EXPECT_EQ(list.order, order);
-                EXPECT_EQ(list.properties.size(), 4U);
+                EXPECT_EQ(list.properties.size(), little ? 8U : 9U);
                 EXPECT_EQ(list.code("kind"), "eFKT");
                 EXPECT_EQ(list.counted_text("name"), "Glass");
-                EXPECT_EQ(list.terminated_text("8664"), "Main");
-                EXPECT_EQ(list.number("eINF"), std::nullopt);  // too short for one
-                EXPECT_EQ(list.number("eVER"), std::nullopt);
+                EXPECT_EQ(list.terminated_text("8664"), little ? std::optional("Entry") : std::nullopt);
+                EXPECT_EQ(list.number("eVER"), little ? 0x04030201 : 0x01020304);
             }
 }
 
 TEST(PropertyLists, AreRefusedWhenTheyContradictThemselves) {
-    Bytes list = small_list(ByteOrder::little, true, true);
+    Bytes list = small_list({});
     list[6] = 200;  // more properties than there are
     EXPECT_THROW((void)read_property_list(list), FormatError);
-    list[6] = 4;
+    list[6] = 8;
     list[0x16] = 0xFF;
     list[0x19] = 0xFF;  // a length near 4 GiB
     EXPECT_THROW((void)read_property_list(list), FormatError);
     PropertyList cut;
     cut.properties.push_back({"8BIM", "name", 0, {9, 'Z'}});
     cut.properties.push_back({"8BIM", "8664", 0, {'M', 'a'}});
+    cut.properties.push_back({"8BIM", "eINF", 0, {0, 0}});
     EXPECT_EQ(cut.counted_text("name"), std::nullopt);
     EXPECT_EQ(cut.terminated_text("8664"), std::nullopt);
+    EXPECT_EQ(cut.number("eINF"), std::nullopt);
 }
 
 TEST(LibraryFiles, TellTheirProcessorsExportsAndProperties) {
@@ -50,8 +52,8 @@ TEST(LibraryFiles, TellTheirProcessorsExportsAndProperties) {
     ASSERT_EQ(windows.slices.size(), 1U);
     EXPECT_TRUE(windows.slices[0].library);
     EXPECT_EQ(windows.slices[0].processor, "x86-64");
-    EXPECT_THAT(windows.slices[0].exports, ElementsAre("EntryPointFunc", "Other"));
-    EXPECT_THAT(windows.property_resources, ElementsAre(small_list(ByteOrder::little, true, true)));
+    EXPECT_THAT(windows.slices[0].exports, ElementsAre("Entry", "Other"));
+    EXPECT_THAT(windows.property_resources, ElementsAre(small_list({})));
 
     const LibraryFile macos = read_library(small_macos_library());
     EXPECT_EQ(macos.format, Format::macos);
@@ -60,8 +62,8 @@ TEST(LibraryFiles, TellTheirProcessorsExportsAndProperties) {
     EXPECT_EQ(macos.slices[1].processor, "arm64");
     EXPECT_TRUE(macos.slices[1].library);
     EXPECT_THAT(macos.slices[1].exports, ElementsAre("Entry"));
-    EXPECT_THAT(read_resource_file(small_resource_file(small_list(ByteOrder::big, false, false))),
-                ElementsAre(small_list(ByteOrder::big, false, false)));
+    EXPECT_THAT(read_resource_file(small_resource_file(small_list(kMacosList))),
+                ElementsAre(small_list(kMacosList)));
 }
 
 // Every cut, and every byte replaced by each of a few: an answer or a FormatError, and nothing else. The
@@ -76,10 +78,9 @@ TEST(LibraryFiles, NoDamageLeadsOutOfAFile) {
     const std::pair<Bytes, std::function<void(const Bytes&)>> files[] = {
         {small_windows_library(), [](const Bytes& b) { (void)read_library(b); }},
         {small_macos_library(), [](const Bytes& b) { (void)read_library(b); }},
-        {small_resource_file(small_list(ByteOrder::big, false, false)),
-         [](const Bytes& b) { (void)read_resource_file(b); }},
-        {small_list(ByteOrder::little, true, true), [](const Bytes& b) { (void)read_property_list(b); }},
-        {small_list(ByteOrder::big, false, false), [](const Bytes& b) { (void)read_property_list(b); }},
+        {small_resource_file(small_list(kMacosList)), [](const Bytes& b) { (void)read_resource_file(b); }},
+        {small_list({}), [](const Bytes& b) { (void)read_property_list(b); }},
+        {small_list(kMacosList), [](const Bytes& b) { (void)read_property_list(b); }},
     };
     for (const auto& [whole, read] : files) {
         for (std::size_t size = 0; size < whole.size(); ++size)

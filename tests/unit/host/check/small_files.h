@@ -58,21 +58,45 @@ class FileMaker {
     ByteOrder order_;
 };
 
-inline Bytes small_list(ByteOrder order, bool word_before, bool padded) {
-    FileMaker list(order);
-    const std::size_t head = word_before ? 2 : 0;
-    if (word_before) list.put(0, 1, 2);
-    list.put({{head, 0, 4}, {head + 4, 4, 4}});
-    list.property("kind", order == ByteOrder::little ? Bytes{'T', 'K', 'F', 'e'} : Bytes{'e', 'F', 'K', 'T'},
-                  padded);
-    list.property("name", {5, 'G', 'l', 'a', 's', 's'}, padded);
-    list.property("eINF", {0, 0}, false);
-    list.property("8664", {'M', 'a', 'i', 'n', 0}, padded);
+// A property list, and what may be odd about it.
+struct ListPlan {
+    ByteOrder order = ByteOrder::little;
+    bool word_before = true, padded = true;
+    std::string kind = "eFKT", name = "Glass", match = "Maker Glass", entry = "Entry";
+    bool flags = true, twice = false;
+};
+inline const ListPlan kMacosList{.order = ByteOrder::big, .word_before = false, .padded = false};
+
+inline Bytes small_list(const ListPlan& plan) {
+    FileMaker list(plan.order);
+    const bool windows = plan.order == ByteOrder::little;
+    const auto property = [&](const char* key, std::string data) {
+        list.property(key, Bytes(data.begin(), data.end()), plan.padded);
+    };
+    const auto counted = [&](const char* key, const std::string& text) {
+        property(key, static_cast<char>(text.size()) + text);
+    };
+    const std::size_t head = plan.word_before ? 2 : 0;
+    if (plan.word_before) list.put(0, 1, 2);
+    list.put(head + 4, (windows ? 5U : 6U) + (plan.flags ? 3U : 0U) + (plan.twice ? 1U : 0U), 4);
+    property("kind", windows ? std::string(plan.kind.rbegin(), plan.kind.rend()) : plan.kind);
+    counted("name", plan.name);
+    if (plan.twice) counted("name", plan.name);
+    counted("catg", "Glass");
+    counted("eMNA", plan.match);
+    if (windows) {
+        property("8664", plan.entry + '\0');
+    } else {
+        counted("mi64", plan.entry);
+        counted("ma64", plan.entry);
+    }
+    if (plan.flags)
+        for (const char* key : {"eVER", "eGLO", "eGL2"}) property(key, "\1\2\3\4");
     return list.bytes;
 }
 
 // A section at address 0x1000 and place 0x200: exports at its start, resources at 0x100.
-inline Bytes small_windows_library() {
+inline Bytes small_windows_library(const Bytes& list = small_list({})) {
     FileMaker file(ByteOrder::little, 0x500);
     file.put(0, "MZ");
     file.put(0x3C, 0x40, 4);
@@ -84,9 +108,8 @@ inline Bytes small_windows_library() {
     file.put({{section + 8, 0x300, 4}, {section + 12, 0x1000, 4}});
     file.put({{section + 16, 0x300, 4}, {section + 20, 0x200, 4}});
     file.put({{names + 24, 2, 4}, {names + 32, 0x1030, 4}, {0x230, 0x1040, 4}, {0x234, 0x1050, 4}});
-    file.put(0x240, "EntryPointFunc");
+    file.put(0x240, "Entry");
     file.put(0x250, "Other");
-    const Bytes list = small_list(ByteOrder::little, true, true);
     const std::size_t tree = 0x300;
     file.put({{tree + 12, 1, 2}, {tree + 16, 0x80000070, 4}, {tree + 20, 0x80000020, 4}});  // a named type
     file.put({{tree + 0x20 + 14, 1, 2}, {tree + 0x30, 16000, 4}, {tree + 0x34, 0x80000040, 4}});

@@ -15,43 +15,6 @@ namespace {
 namespace fs = std::filesystem;
 using ::testing::Contains;
 using ::testing::HasSubstr;
-using Order = ByteOrder;
-
-// A list for either system, with one thing changed.
-struct ListPlan {
-    std::string kind = "eFKT", name = "Glass", match = "Maker Glass", entry = "Entry";
-    bool flags = true, twice = false;
-};
-Bytes list_of(const ListPlan& plan, Order order) {
-    FileMaker list(order);
-    const bool windows = order == Order::little;
-    const auto counted = [&](const std::string& key, const std::string& text) {
-        Bytes data{static_cast<std::uint8_t>(text.size())};
-        data.insert(data.end(), text.begin(), text.end());
-        list.property(key, data, windows);
-    };
-    Bytes kind(plan.kind.begin(), plan.kind.end());
-    if (windows) std::reverse(kind.begin(), kind.end());
-    const std::size_t head = windows ? 2 : 0;
-    if (windows) list.put(0, 1, 2);
-    list.put(head + 4, (windows ? 5U : 6U) + (plan.flags ? 3U : 0U) + (plan.twice ? 1U : 0U), 4);
-    list.property("kind", kind, windows);
-    counted("name", plan.name);
-    if (plan.twice) counted("name", plan.name);
-    counted("catg", "Glass");
-    counted("eMNA", plan.match);
-    Bytes entry(plan.entry.begin(), plan.entry.end());
-    entry.push_back(0);
-    if (windows) {
-        list.property("8664", entry, true);
-    } else {
-        counted("mi64", plan.entry);
-        counted("ma64", plan.entry);
-    }
-    if (plan.flags)
-        for (const char* key : {"eVER", "eGLO", "eGL2"}) list.property(key, {1, 2, 3, 4}, windows);
-    return list.bytes;
-}
 
 class StaticChecks : public ::testing::Test {
   protected:
@@ -67,14 +30,8 @@ class StaticChecks : public ::testing::Test {
     std::string write(const fs::path& name, const std::string& text) const {
         return write(name, Bytes(text.begin(), text.end()));
     }
-    // The small Windows library with another property list in it.
     std::string aex(const ListPlan& plan) const {
-        Bytes file = small_windows_library();
-        const Bytes list = list_of(plan, Order::little);
-        std::copy(list.begin(), list.end(), file.begin() + 0x380);
-        file[0x364] = static_cast<std::uint8_t>(list.size());
-        file[0x365] = static_cast<std::uint8_t>(list.size() >> 8);
-        return write("small.aex", file);
+        return write("small.aex", small_windows_library(small_list(plan)));
     }
     std::string bundle(const std::string& type, const std::string& executable) const {
         const fs::path contents = fs::path("Glass.plugin") / "Contents";
@@ -84,9 +41,7 @@ class StaticChecks : public ::testing::Test {
                                            executable + "</string>");
         write(contents / "PkgInfo", "eFKTFXTC");
         write(contents / "MacOS" / "Glass", small_macos_library());
-        const Bytes list = list_of({}, Order::big);
-        Bytes file = small_resource_file(list);
-        write(contents / "Resources" / "Glass.rsrc", file);
+        write(contents / "Resources" / "Glass.rsrc", small_resource_file(small_list(kMacosList)));
         return (folder / "Glass.plugin").string();
     }
 
@@ -103,34 +58,30 @@ std::vector<Check> failed(const Report& report) {
 }
 
 TEST_F(StaticChecks, OfAWindowsLibraryGoByItsPropertyList) {
-    ListPlan sound;
-    sound.entry = "Other";  // one of the two that it exports
     Report report;
-    const StaticResult result = check_without_loading(aex(sound), report);
+    const StaticResult result = check_without_loading(aex({}), report);
     EXPECT_EQ(failed(report), std::vector<Check>{});
     EXPECT_EQ(report.kind, "Windows library, x86-64");
-    EXPECT_EQ(result.entry, "Other");
+    EXPECT_EQ(result.entry, "Entry");
     ASSERT_TRUE(result.words);
     EXPECT_EQ(result.words->out_flags, 0x04030201U);
 
     const struct {
-        void (*change)(ListPlan&);
+        ListPlan plan;
         Check check;
         const char* detail;
     } cases[] = {
-        {[](ListPlan& plan) { plan.kind = "AEgx"; }, Check::property_list, "its kind is \"AEgx\""},
-        {[](ListPlan& plan) { plan.name = ""; }, Check::property_list, "no property name gives a name"},
-        {[](ListPlan& plan) { plan.match = std::string(32, 'm'); }, Check::property_list, "more than 31"},
-        {[](ListPlan& plan) { plan.entry = ""; }, Check::property_list, "no property 8664 names"},
-        {[](ListPlan& plan) { plan.flags = false; }, Check::property_list, "not all are there"},
-        {[](ListPlan& plan) { plan.twice = true; }, Check::property_list, "property name is there twice"},
-        {[](ListPlan& plan) { plan.entry = "Main"; }, Check::entry, "exports no Main among its 2 names"},
+        {{.kind = "AEgx"}, Check::property_list, "its kind is \"AEgx\""},
+        {{.name = ""}, Check::property_list, "no property name gives a name"},
+        {{.match = std::string(32, 'm')}, Check::property_list, "more than 31"},
+        {{.entry = ""}, Check::property_list, "no property 8664 names"},
+        {{.flags = false}, Check::property_list, "not all are there"},
+        {{.twice = true}, Check::property_list, "property name is there twice"},
+        {{.entry = "Main"}, Check::entry, "exports no Main among its 2 names"},
     };
     for (const auto& each : cases) {
-        ListPlan plan = sound;
-        each.change(plan);
         Report found;
-        check_without_loading(aex(plan), found);
+        check_without_loading(aex(each.plan), found);
         EXPECT_THAT(failed(found), Contains(each.check));
         EXPECT_THAT(found[each.check].details, Contains(HasSubstr(each.detail)));
     }

@@ -3,7 +3,7 @@
 
 #include <fstream>
 
-#include "host/runner/session.h"
+#include "tests/unit/host/runner/small_stage.h"
 #include "tests/unit/message_of.h"
 
 namespace zam::host {
@@ -11,30 +11,14 @@ namespace {
 
 using ::testing::HasSubstr;
 
-std::string plugin_file(const std::string& name) {
-    return std::string(ZAM_BROKEN_PLUGINS) + "/" + name + ".so";
-}
-
-Composition one_layer() {
-    Composition composition;
-    composition.width = 7;
-    composition.height = 5;
-    Layer layer;
-    layer.id = 3;
-    layer.out_frame = 10;
-    composition.layers = {layer};
-    composition.effect.layer = 3;
-    return composition;
-}
-
 TEST(BrokenPlugins, FilesThatAreNoPlugIns) {
-    const std::string text_file = std::string(ZAM_BROKEN_PLUGINS) + "/text.so";
+    const std::string text_file = broken_plugin("text");
     std::ofstream(text_file) << "not a library\n";
     EXPECT_THAT(message_of<PluginError>([] { Plugin("/no/such/file.so"); }),
                 HasSubstr("/no/such/file.so: no such file"));
     EXPECT_THAT(message_of<PluginError>([&] { Plugin(text_file.c_str()); }),
                 HasSubstr("not a loadable library: "));
-    EXPECT_THAT(message_of<PluginError>([] { Plugin(plugin_file("no_entry")); }),
+    EXPECT_THAT(message_of<PluginError>([] { Plugin(broken_plugin("no_entry")); }),
                 HasSubstr("exports no EntryPointFunc"));
 }
 
@@ -61,8 +45,8 @@ TEST(BrokenPlugins, FaultsAreReportedAndSurvived) {
         {"endless_message", PF_Cmd_ABOUT, {}},
     };
     for (const auto& c : cases) {
-        const Plugin plugin(plugin_file(c.plugin));
-        Composition composition = one_layer();
+        const Plugin plugin(broken_plugin(c.plugin));
+        Composition composition = small_stage();
         Session session(plugin, composition, {.threads = 2});
         if (c.plugin != std::string("endless_message")) session.start();
         EXPECT_EQ(session.send(c.command).reports, c.reports) << c.plugin;
@@ -91,24 +75,12 @@ TEST(BrokenPlugins, WhatStartRefuses) {
         {"endless_message", "return_msg without a terminator after PF_Cmd_UPDATE_PARAMS_UI"},
     };
     for (const auto& [name, message] : cases) {
-        const Plugin plugin(plugin_file(name));
-        Composition composition = one_layer();
+        const Plugin plugin(broken_plugin(name));
+        Composition composition = small_stage();
         Session session(plugin, composition, {});
         EXPECT_THAT(message_of<PluginError>([&] { session.start(); }), HasSubstr(message)) << name;
         session.stop();
     }
-}
-
-TEST(BrokenPlugins, AnIntThatIsThrownIsAnOutcome) {
-    const Plugin plugin(plugin_file("throws_int"));
-    Composition composition = one_layer();
-    Session session(plugin, composition, {});
-    session.start();
-    const Frame frame = session.render(0, {});
-    EXPECT_EQ(frame.outcome.thrown, 516);
-    EXPECT_FALSE(frame.outcome.ok());
-    EXPECT_TRUE(frame.outcome.reports.empty());
-    EXPECT_EQ(frame.argb.at(0), 0xA5);  // as the host handed it over: dirty
 }
 
 }  // namespace

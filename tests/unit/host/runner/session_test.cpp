@@ -1,9 +1,9 @@
-#include "host/runner/session.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <thread>
+
+#include "tests/unit/host/runner/small_stage.h"
 
 namespace zam::host {
 namespace {
@@ -12,23 +12,10 @@ using ::testing::ElementsAre;
 
 class SessionTest : public ::testing::Test {
   protected:
-    static Composition stage() {
-        Composition composition;
-        composition.width = 7;
-        composition.height = 5;
-        composition.frame_rate = {30000, 1001};
-        Layer layer;
-        layer.id = 3;
-        layer.start_frame = 2;
-        layer.out_frame = 100;
-        composition.layers = {layer};
-        composition.effect.layer = 3;
-        return composition;
-    }
     std::string journal() const { return reinterpret_cast<const char* (*)()>(plugin.symbol("Journal"))(); }
 
-    const Plugin plugin{std::string(ZAM_BROKEN_PLUGINS) + "/sound.so"};
-    Composition composition = stage();
+    const Plugin plugin{broken_plugin("sound")};
+    Composition composition = small_stage();
 };
 
 // What is valid when: nothing more than promised comes with a command.
@@ -108,28 +95,11 @@ TEST_F(SessionTest, ControlsCarryTheValuesOfTheFrameWithinTheirRange) {
     EXPECT_THROW(session.set_control(3, 1.0), ControlError);
 }
 
-TEST_F(SessionTest, FaultsAreSwitchedOnBetweenCommands) {
-    Session recording(plugin, composition, {.record_calls = true});
-    recording.start();
-    EXPECT_EQ(recording.render(0, {}).outcome.error, 0);
-    EXPECT_THAT(recording.calls(), ElementsAre("Utils.fill", "Utils.iterate"));
-    Session session(plugin, composition, {});
-    session.start();
-    EXPECT_EQ(session.render(0, {}).outcome.error, 0);
-    EXPECT_TRUE(session.calls().empty());
-    session.set_faults(FaultPlan().fail("Utils.iterate", 2, 517));
-    EXPECT_EQ(session.render(0, {}).outcome.error, 0);
-    EXPECT_EQ(session.render(0, {}).outcome.error, 517);
-    EXPECT_EQ(session.render(0, {}).outcome.error, 0);
-    Session failing(plugin, composition, {.faults = FaultPlan().fail("Inter.add_param", 2, 7)});
-    EXPECT_THROW(failing.start(), PluginError);
-}
-
 TEST_F(SessionTest, CompositionsWithoutAPlaceForTheEffectAreRefused) {
-    Composition none = stage();
+    Composition none = small_stage();
     none.effect.layer = 9;
     EXPECT_THROW(Session(plugin, none, {}), PluginError);
-    Composition huge = stage();
+    Composition huge = small_stage();
     huge.items = {{1, "poster", 40000, 10}};
     huge.layers[0].source = 1;
     EXPECT_THROW(Session(plugin, huge, {}), PluginError);
@@ -141,8 +111,8 @@ TEST_F(SessionTest, CompositionsWithoutAPlaceForTheEffectAreRefused) {
 
 // Callbacks carry no context: each must find the session whose command runs on its thread.
 TEST_F(SessionTest, SessionsInSeveralThreadsDoNotMixTheirBooks) {
-    const Plugin kept_suite(std::string(ZAM_BROKEN_PLUGINS) + "/keeps_suite.so");
-    const Plugin stray_write(std::string(ZAM_BROKEN_PLUGINS) + "/writes_past_row.so");
+    const Plugin kept_suite(broken_plugin("keeps_suite"));
+    const Plugin stray_write(broken_plugin("writes_past_row"));
     const std::pair<const Plugin*, std::string> works[] = {
         {&kept_suite, "suite \"AEGP Light Suite\" 1 held after PF_Cmd_RENDER"},
         {&stray_write, "PF_Cmd_RENDER wrote past the end of output row 2"},
@@ -151,7 +121,7 @@ TEST_F(SessionTest, SessionsInSeveralThreadsDoNotMixTheirBooks) {
     std::vector<std::thread> threads;
     for (const auto& work : works) {
         threads.emplace_back([&work] {
-            Composition own = stage();
+            Composition own = small_stage();
             own.height = 40;
             Session session(*work.first, own, {.threads = 2});
             session.start();

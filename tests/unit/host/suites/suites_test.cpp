@@ -35,14 +35,11 @@ TEST_F(SuitesTest, EverySlotOfEveryTableExistsAndUnservedOnesAnswerAnError) {
 TEST_F(SuitesTest, SuitesAreFoundByExactNameAndVersion) {
     const void* table = nullptr;
     SPBasicSuite& basic = *basic_suite();
-    EXPECT_EQ(basic.AcquireSuite("AEGP Layer Suite", 8, &table), 0);
-    EXPECT_EQ(table, &kLayerSuite8);
-    EXPECT_EQ(basic.ReleaseSuite("AEGP Layer Suite", 8), 0);
-    table = nullptr;
     EXPECT_NE(basic.AcquireSuite("AEGP Layer Suite", 7, &table), 0);
     EXPECT_NE(basic.AcquireSuite("AEGP layer suite", 8, &table), 0);
     EXPECT_EQ(table, nullptr);
-    EXPECT_TRUE(in.ledger.end().empty());
+    EXPECT_EQ(basic.AcquireSuite("AEGP Layer Suite", 8, &table), 0);
+    EXPECT_EQ(table, &kLayerSuite8);
 }
 
 // 30000/1001 frames per second: whole frames must come through without a rounding error.
@@ -168,16 +165,6 @@ TEST_F(SuitesTest, NewLightsAreSpotsOnTopThatKeepTheirNumbersWhenParented) {
     EXPECT_NE(layers.AEGP_SetLayerFlag(light, AEGP_LayerFlag_SHY | AEGP_LayerFlag_LOCKED, 1), 0);
     EXPECT_EQ(kLightSuite2.AEGP_SetLightType(light, AEGP_LightType_POINT), 0);
     EXPECT_EQ(made.light.type, LightType::point);
-    A_Boolean on = 9;
-    EXPECT_EQ(layers.AEGP_IsLayerVideoReallyOn(wall, &on), 0);
-    EXPECT_EQ(on, 1);
-    EXPECT_EQ(layers.AEGP_SetLayerFlag(light, AEGP_LayerFlag_SOLO, 1), 0);
-    EXPECT_EQ(layers.AEGP_IsLayerVideoReallyOn(wall, &on), 0);
-    EXPECT_EQ(on, 0);
-    composition.layers[0].video = false;  // soloed, but its own switch is off
-    on = 9;
-    EXPECT_EQ(layers.AEGP_IsLayerVideoReallyOn(light, &on), 0);
-    EXPECT_EQ(on, 0);
     EXPECT_TRUE(in.ledger.end().empty());
 }
 
