@@ -20,8 +20,9 @@ struct RenderedFrame {
     host::Frame image;
 };
 
-// Threads that put frames into files, several at a time; the caller's own where no other can be had. At most as many frames wait as threads could take, and fewer
-// when frames are large, so that memory stays flat however much faster rendering is.
+// Threads that put frames into files, several at a time; the caller's own where no other can be had. At most as many
+// frames wait as threads could take, and fewer when frames are large, so that memory stays flat however much faster
+// rendering is.
 class FramePipeline {
   public:
     using Work = std::function<void(RenderedFrame&)>;  // on any of the threads; may throw

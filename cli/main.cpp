@@ -6,6 +6,7 @@
 #include <cstring>
 #include <new>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 #include "cli/check.h"
@@ -136,6 +137,11 @@ int main(int argc, char** argv) {
         return fail(ExitCode::internal,
                     "not enough memory\nhint: use a smaller scene or composition, a lower --resolution or "
                     "fewer --threads");
+    } catch (const std::system_error& error) {
+        const bool short_of = error.code() == std::errc::resource_unavailable_try_again;
+        return fail(ExitCode::internal,
+                    std::string(short_of ? "no thread can be had: " : "internal error: ") + error.what() +
+                        (short_of ? "\nhint: raise the limit of processes or of memory (ulimit)" : ""));
     } catch (const std::exception& error) {
         return fail(ExitCode::internal, std::string("internal error: ") + error.what());
     }

@@ -13,8 +13,8 @@ class Deflater {
     Deflater(const Deflater&) = delete;
     Deflater& operator=(const Deflater&) = delete;
 
-    // Takes the next bytes of a stream, less than 1 GiB, and returns what has become ready of it; that lasts until the next
-    // call. The `last` bytes end the stream, and another one may begin. The same calls give the same bytes.
+    // Takes the next bytes of a stream, less than 1 GiB, and returns what has become ready of it; that lasts until
+    // the next call. The `last` bytes end the stream, and another one may begin. The same calls give the same bytes.
     [[nodiscard]] std::span<const std::uint8_t> add(std::span<const std::uint8_t> bytes, bool last);
 
     // The bytes as a whole stream.

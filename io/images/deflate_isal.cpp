@@ -18,8 +18,8 @@ constexpr std::size_t kPiece = 256 * 1024;
 // streams that are not longer, loads the register.
 constexpr std::size_t kBeginning = ISAL_LOOK_AHEAD + 1;
 
-// The library leaves the upper halves of wide registers in use, and until they are cleared all code that is compiled for
-// narrow ones waits for them.
+// The library leaves the upper halves of wide registers in use, and until they are cleared all code that is compiled
+// for narrow ones waits for them.
 __attribute__((target("avx"))) void clear_upper_halves() { _mm256_zeroupper(); }
 
 }  // namespace

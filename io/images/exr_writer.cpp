@@ -80,8 +80,8 @@ void write_head(Context& context, const host::Frame& frame, const Metadata& meta
     context.check(exr_write_header(context));
 }
 
-// What the library's own conversion gives for values from 0 to 1, in a loop that compilers turn into vector instructions.
-// A power of two whose last place is that of the value as a half is added, so that the addition rounds.
+// What the library's own conversion gives for values from 0 to 1, in a loop that compilers turn into vector
+// instructions. A power of two whose last place is that of the value as a half is added, so that the addition rounds.
 void to_samples(const float* values, std::size_t count, std::uint16_t* halves) {
     constexpr std::int32_t kExponent = 0x7f800000, kSmallestNormal = 0x38800000, kPlaces = 13 << 23;
     for (std::size_t i = 0; i < count; ++i) {

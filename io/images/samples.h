@@ -14,8 +14,8 @@ void rgba8_row(const host::Frame& frame, int row, bool dither, std::uint8_t* sam
 // 65535 is full. The machine's byte order.
 void rgba16_row(const host::Frame& frame, int row, std::uint16_t* samples);
 
-// 1 is full; colours are multiplied by alpha, after sRGB codes have been made linear if that is wanted. All of the row's
-// alphas come first, then all blues, greens and reds.
+// 1 is full; colours are multiplied by alpha, after sRGB codes have been made linear if that is wanted. All of the
+// row's alphas come first, then all blues, greens and reds.
 void premultiplied_row(const host::Frame& frame, int row, bool linear, float* samples);
 
 }  // namespace zam::io

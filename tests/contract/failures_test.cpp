@@ -20,8 +20,8 @@ constexpr Fault kFaults[] = {
     {0, Results::wrong, 0xFF},
 };
 
-// But for what is by design: an older host's suite is kept after a new reach light, and one that no version could be had
-// of is given back all the same.
+// But for what is by design: an older host's suite is kept after a new reach light, and one that no version could be
+// had of is given back all the same.
 std::vector<std::string> reports_of(const Outcome& outcome, const Circumstances& in) {
     std::vector<std::string> reports = outcome.reports;
     std::erase_if(reports, [&](const std::string& report) {

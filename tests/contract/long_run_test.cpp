@@ -1,5 +1,5 @@
-// Thousands of frames in one process, each of another scene: nothing is kept, and nothing wears out. ZAM_FRAMES says how
-// many; the figures are printed.
+// Thousands of frames in one process, each of another scene: nothing is kept, and nothing wears out. ZAM_FRAMES says
+// how many; the figures are printed.
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -24,7 +24,8 @@ constexpr int kScenes = 100;               // that are rendered in turn
 constexpr int kLifeFrames = 500;           // after which the effect is taken off and applied anew
 constexpr double kAllowedGrowthKib = 256;  // of resident memory, after a fifth of the run
 
-// What of this process is in memory; 0 where that is not told, or where sanitizers or an emulator keep what is given back.
+// What of this process is in memory; 0 where that is not told, or where sanitizers or an emulator keep what is given
+// back.
 double resident_kib() {
     double kib = 0;
 #if !ZAM_SANITIZED && !defined(ZAM_EMULATED)

@@ -18,7 +18,8 @@
 namespace zam::test {
 namespace {
 
-// The plug-in once for each row target: a loaded file chooses one at its first row and keeps to it, so these are copies.
+// The plug-in once for each row target: a loaded file chooses one at its first row and keeps to it, so these are
+// copies.
 struct Target {
     std::string name;
     std::unique_ptr<Plugin> plugin;

@@ -49,7 +49,8 @@ TEST(SetUp, WalksTheStackOncePerLightAndOncePerCount) {
     EXPECT_EQ(count(1, 2) - count(1, 1), 23);  // the cone's two streams
 }
 
-// Stands in for the host's iterate: what was allocated until then is the set-up's, what is allocated from then on the rows'.
+// Stands in for the host's iterate: what was allocated until then is the set-up's, what is allocated from then on the
+// rows'.
 std::size_t allocated_at_start = 0, allocated_by_setup = 0, allocated_by_rows = 0;
 PF_UtilCallbacks utils_until_iterate;
 

@@ -138,8 +138,8 @@ TEST(Threads, AHostMayCallRowsInAnyOrderTwiceAndFromThreadsOfItsOwn) {
 
 // ---- cancelling
 
-// Rows are whole or untouched since the effect cleared the frame, everything is given back, and the next frame is as good
-// as ever.
+// Rows are whole or untouched since the effect cleared the frame, everything is given back, and the next frame is as
+// good as ever.
 TEST(Threads, ACancelledFrameHarmsNoLaterOne) {
     const Composition comp = busy_scene(96, 54);
     for (const int threads : {1, 2, 16}) {

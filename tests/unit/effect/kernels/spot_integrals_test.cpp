@@ -65,8 +65,8 @@ TEST(SpotIntegrals, ClosedFormsAreTheIntegrals) {
     }
 }
 
-// What is said not to be negative without looking is not, on stretches that end on the cones or anywhere inside the outer
-// one; of stretches that are negative, some must have been met.
+// What is said not to be negative without looking is not, on stretches that end on the cones or anywhere inside the
+// outer one; of stretches that are negative, some must have been met.
 TEST(SpotIntegrals, StretchesKnownNotToBeNegativeAreNot) {
     test::Random random(15);
     int negative = 0, known = 0;
