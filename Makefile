@@ -22,7 +22,7 @@ help:
 	@echo "make bench-road    measure the program from scene to files, stage by stage"
 	@echo "make sanitize      the same tests under the address and undefined-behaviour sanitizers"
 	@echo "make sanitize-threads  all that uses threads, under the thread sanitizer"
-	@echo "make soak          that, $(SOAK_FRAMES) frames in one process, $(SOAK_SCENES) wild scenes, $(SOAK_KILLS) killed runs"
+	@echo "make soak          that and mutants, $(SOAK_FRAMES) frames in one process, $(SOAK_SCENES) wild scenes, $(SOAK_KILLS) killed runs"
 	@echo "make fuzz          hostile files and command lines for every reader, FUZZ_SECONDS ($(FUZZ_SECONDS)) each"
 	@echo "make mutants       do the tests notice a hundred small slips in the sources? Ten minutes"
 	@echo "make manual        weave the controls into docs/manual.md and docs/presets.md, and redraw their pictures"
@@ -81,7 +81,7 @@ sanitize-threads: setup-sanitize
 	ctest --preset tsan -j $(JOBS)
 
 # What takes long and asks for much; each line is a run of its own.
-soak: setup-test sanitize-threads
+soak: setup-test sanitize-threads mutants
 	cmake --preset $(PRESET) -DZAM_TESTS=ON
 	cmake --build --preset $(PRESET) -j $(JOBS)
 	ZAM_FRAMES=$(SOAK_FRAMES) build/release/tests/contract/contract_tests --gtest_filter='LongRun.*'
