@@ -9,8 +9,8 @@
 #include <fstream>
 #include <set>
 
-#include "host/text.h"
 #include "host/composition/transforms.h"
+#include "host/text.h"
 
 namespace zam::fuzz {
 namespace {
@@ -92,8 +92,7 @@ void require(bool holds, const std::string& what) {
 void require_clear_line(const std::string& line) {
     require(!line.empty() && line.size() <= kLongestMessage,
             "a message is neither empty nor endless: " + line);
-    require(printable(line) == line,
-            "a message is one line of text without control characters: " + line);
+    require(printable(line) == line, "a message is one line of text without control characters: " + line);
 }
 
 void require_clear_message(const std::string& message) {
