@@ -40,7 +40,7 @@ class ByteView {
     }
     [[nodiscard]] ByteView from(std::uint64_t at) const { return part(at, at > size() ? 0 : size() - at); }
     // A zero-terminated text; one that is longer than `longest` or has no end is cut.
-    [[nodiscard]] std::string text(std::uint64_t at, std::size_t longest = 1000) const {
+    [[nodiscard]] std::string text(std::uint64_t at, std::size_t longest) const {
         std::string result;
         for (; at < size() && result.size() < longest && bytes_[static_cast<std::size_t>(at)]; ++at)
             result += static_cast<char>(bytes_[static_cast<std::size_t>(at)]);

@@ -5,7 +5,7 @@ namespace zam::host {
 namespace {
 
 constexpr std::uint32_t kDynamicSymbols = 11;
-constexpr std::uint64_t kMostSymbols = 1000000, kSymbolBytes = 24, kSectionBytes = 64;
+constexpr std::uint64_t kSymbolBytes = 24, kSectionBytes = 64;
 
 std::string processor(std::uint16_t machine) {
     switch (machine) {
@@ -24,13 +24,13 @@ void read_symbols(const ByteView& file, std::uint64_t sections, std::uint64_t se
     const std::uint64_t at = file.u64(section + 24), count = file.u64(section + 32) / kSymbolBytes;
     const std::uint64_t names_section = sections + kSectionBytes * file.u32(section + 40);
     const ByteView names = file.part(file.u64(names_section + 24), file.u64(names_section + 32));
-    if (count > kMostSymbols) throw FormatError("it has " + std::to_string(count) + " symbols");
+    ReadingLimits limits;
+    limits.look_at_symbols(count);
     for (std::uint64_t i = 0; i < count; ++i) {
         const std::uint64_t symbol = at + kSymbolBytes * i;
         const int binding = file.u8(symbol + 4) >> 4;
         const bool defined = file.u16(symbol + 6) != 0;
-        if (defined && (binding == 1 || binding == 2))
-            slice.exports.push_back(names.text(file.u32(symbol), 300));
+        if (defined && (binding == 1 || binding == 2)) limits.add_export(slice, names, file.u32(symbol));
     }
     slice.knows_exports = true;
 }
@@ -53,7 +53,9 @@ LibraryFile read_linux_library(const ByteView& file) {
         const std::uint16_t count = file.u16(60);
         for (std::uint16_t i = 0; i < count && file.u16(58) == kSectionBytes; ++i) {
             const std::uint64_t section = sections + kSectionBytes * i;
-            if (file.u32(section + 4) == kDynamicSymbols) read_symbols(file, sections, section, slice);
+            if (file.u32(section + 4) != kDynamicSymbols) continue;
+            read_symbols(file, sections, section, slice);
+            break;  // a library has one such table
         }
     }
     result.slices.push_back(std::move(slice));

@@ -3,6 +3,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "host/text.h"
+
 namespace zam::host {
 namespace fs = std::filesystem;
 namespace {
@@ -14,6 +16,12 @@ std::string small_text(const fs::path& path) {
     if (!fs::is_regular_file(path, error) || fs::file_size(path, error) > (1u << 20)) return {};
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// Of a file in the bundle: nothing that leads out of its folder, on any system, and nothing that paths cannot hold.
+bool is_file_name(const std::string& name) {
+    return !name.empty() && name != "." && name != ".." && name.find_first_of("/\\:") == std::string::npos &&
+           printable(name) == name;
 }
 
 // The text behind a key of an XML property list.
@@ -53,7 +61,7 @@ std::optional<Bundle> read_bundle(const fs::path& folder, Report& report) {
     const fs::path contents = folder / "Contents";
     const std::string plist = small_text(contents / "Info.plist");
     if (plist.empty()) {
-        report.fail(Check::bundle, "Contents/Info.plist is missing or empty");
+        report.fail(Check::bundle, "Contents/Info.plist is missing, empty or larger than 1 MiB");
         return std::nullopt;
     }
     if (plist.starts_with("bplist")) {
@@ -62,12 +70,11 @@ std::optional<Bundle> read_bundle(const fs::path& folder, Report& report) {
     }
     const std::string type = plist_value(plist, "CFBundlePackageType");
     const std::string signature = plist_value(plist, "CFBundleSignature");
-    if (type != "eFKT")
-        report.fail(Check::bundle, "CFBundlePackageType is \"" + escaped(type) + "\" and not eFKT");
+    if (type != "eFKT") report.fail(Check::bundle, "CFBundlePackageType is " + quote(type) + " and not eFKT");
     if (const std::string info = small_text(contents / "PkgInfo"); info != type + signature)
-        report.fail(Check::bundle, "Contents/PkgInfo is not \"" + escaped(type + signature) + "\"");
+        report.fail(Check::bundle, "Contents/PkgInfo is not " + quote(type + signature));
     const std::string name = plist_value(plist, "CFBundleExecutable");
-    if (name.empty() || name.find('/') != std::string::npos || name == "..") {
+    if (!is_file_name(name)) {
         report.fail(Check::bundle, "CFBundleExecutable names no file");
         return std::nullopt;
     }

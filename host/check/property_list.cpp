@@ -4,6 +4,7 @@ namespace zam::host {
 namespace {
 
 constexpr std::uint32_t kMostProperties = 1000;
+constexpr std::size_t kLongestText = 255;  // as much as a count of one byte may say
 
 // Where properties begin: behind the format's version and the count, and on Windows a word before them.
 struct Layout {
@@ -52,8 +53,8 @@ std::optional<std::string> PropertyList::counted_text(const std::string& key) co
 std::optional<std::string> PropertyList::terminated_text(const std::string& key) const {
     const Property* property = find(key);
     if (!property) return std::nullopt;
-    const std::string text = ByteView(property->data, order).text(0);
-    if (text.size() >= property->data.size()) return std::nullopt;
+    const std::string text = ByteView(property->data, order).text(0, kLongestText + 1);
+    if (text.size() >= property->data.size() || text.size() > kLongestText) return std::nullopt;
     return text;
 }
 

@@ -19,7 +19,7 @@ struct PropertyList {
     std::vector<Property> properties;
 
     [[nodiscard]] const Property* find(const std::string& key) const;  // the first; null when there is none
-    // A property's value; none when it is not there or too short for one.
+    // A property's value; none when it is not there or too short for one. A text has at most 255 bytes.
     [[nodiscard]] std::optional<std::uint32_t> number(const std::string& key) const;
     [[nodiscard]] std::optional<std::string> counted_text(const std::string& key) const;
     [[nodiscard]] std::optional<std::string> terminated_text(const std::string& key) const;

@@ -3,11 +3,16 @@
 #include <algorithm>
 #include <array>
 
+#include "host/text.h"
+
 namespace zam::host {
 namespace {
 
 constexpr std::size_t kChecks = static_cast<std::size_t>(Check::count_);
 constexpr std::size_t kMostDetails = 10;
+constexpr std::size_t kLongestDetail = 4000;
+
+std::string shown(const std::string& text) { return shorten(printable(text), kLongestDetail); }
 
 constexpr std::array<CheckText, kChecks> kTexts{{
     {"file", "The file is there and can be read."},
@@ -46,10 +51,11 @@ Check check_of(std::string_view name) {
     return static_cast<Check>(found - kTexts.begin());
 }
 
-void Report::fail(Check check, std::string detail) {
+void Report::fail(Check check, const std::string& text) {
     Finding& finding = findings_[static_cast<std::size_t>(check)];
     if (finding.verdict != Verdict::failed) finding = {Verdict::failed, {}};
     auto& all = finding.details;
+    std::string detail = shown(text);
     if (std::find(all.begin(), all.end(), detail) == all.end() && all.size() < kMostDetails)
         all.push_back(std::move(detail));
 }
@@ -59,10 +65,10 @@ void Report::pass(Check check) {
     if (finding.verdict == Verdict::not_checked) finding = {Verdict::passed, {}};
 }
 
-void Report::skip(Check check, std::string reason) {
+void Report::skip(Check check, const std::string& reason) {
     Finding& finding = findings_[static_cast<std::size_t>(check)];
     if (finding.verdict == Verdict::not_checked && finding.details.empty())
-        finding.details.push_back(std::move(reason));
+        finding.details.push_back(shown(reason));
 }
 
 bool Report::failed() const {

@@ -53,11 +53,12 @@ class Report {
   public:
     Report() : findings_(static_cast<std::size_t>(Check::count_)) {}
 
+    // Texts may hold what files hold: they are entered printable, on one line and of 4000 bytes at most.
     // A failure stays one, whatever is told later, and collects its details.
-    void fail(Check check, std::string detail);
+    void fail(Check check, const std::string& detail);
     void pass(Check check);
     // For a check with no verdict yet; the first reason is kept.
-    void skip(Check check, std::string reason);
+    void skip(Check check, const std::string& reason);
 
     [[nodiscard]] const Finding& operator[](Check check) const {
         return findings_[static_cast<std::size_t>(check)];

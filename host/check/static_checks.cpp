@@ -160,10 +160,9 @@ class Checker {
         check_name(list, "name", "name", 47);
         check_name(list, "catg", "category", 31);
         check_name(list, "eMNA", "match name", 31);
-        for (std::size_t i = 0; i < list.properties.size(); ++i)
-            for (std::size_t k = 0; k < i; ++k)
-                if (list.properties[i].key == list.properties[k].key)
-                    fail("property " + escaped(list.properties[i].key) + " is there twice");
+        for (const Property& property : list.properties)
+            if (list.find(property.key) != &property)
+                fail("property " + escaped(property.key) + " is there twice");
         const auto version = list.number("eVER"), flags = list.number("eGLO"), flags2 = list.number("eGL2");
         if (!version || !flags || !flags2) {
             fail("of eVER, eGLO and eGL2, the version and flags, not all are there");

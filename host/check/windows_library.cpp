@@ -7,8 +7,7 @@
 namespace zam::host {
 namespace {
 
-constexpr std::uint32_t kMostExports = 100000, kMostEntries = 10000;
-constexpr std::size_t kMostLists = 64;
+constexpr std::uint32_t kMostSections = 1000, kMostEntries = 10000;
 
 struct Section {
     std::uint64_t address, size, at, stored;
@@ -34,6 +33,7 @@ class Reader {
         const bool wide = file_.u16(optional) == 0x20B;
         const std::uint64_t tables = optional + (wide ? 112 : 96);
         const std::uint32_t count = file_.u32(tables - 4);
+        if (sections > kMostSections) throw FormatError("it has " + std::to_string(sections) + " sections");
         for (std::uint16_t i = 0; i < sections; ++i) {
             const std::uint64_t at = optional + optional_size + 40ULL * i;
             sections_.push_back(
@@ -78,11 +78,10 @@ class Reader {
     void read_exports(const Table& table, Slice& slice) const {
         const ByteView directory = at(table.address);
         const std::uint32_t count = directory.u32(24);
-        if (count > kMostExports) throw FormatError("it exports " + std::to_string(count) + " names");
         if (count == 0) return;
         const ByteView names = at(directory.u32(32));
-        for (std::uint32_t i = 0; i < count; ++i)
-            slice.exports.push_back(at(names.u32(4ULL * i)).text(0, 300));
+        ReadingLimits limits;
+        for (std::uint32_t i = 0; i < count; ++i) limits.add_export(slice, at(names.u32(4ULL * i)), 0);
     }
 
     // A tree of type, id and language; entries point on within the section.
@@ -93,9 +92,9 @@ class Reader {
             for_entries(tree, type & ~kFlag, [&](std::uint32_t, std::uint32_t id) {
                 if (!(id & kFlag)) return;
                 for_entries(tree, id & ~kFlag, [&](std::uint32_t, std::uint32_t leaf) {
-                    if (leaf & kFlag || result.property_resources.size() >= kMostLists) return;
-                    const auto data = at(tree.u32(leaf)).bytes(0, tree.u32(leaf + 4ULL));
-                    result.property_resources.emplace_back(data.begin(), data.end());
+                    if (leaf & kFlag) return;
+                    add_property_resource(result.property_resources,
+                                          at(tree.u32(leaf)).bytes(0, tree.u32(leaf + 4ULL)));
                 });
             });
         });

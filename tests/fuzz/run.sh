@@ -7,7 +7,7 @@ targets=$1
 seconds=$2
 shift 2
 here=$(cd "$(dirname "$0")" && pwd)
-for name in ${*:-composition preset gltf plate command_line}; do
+for name in ${*:-composition preset gltf plate plugin_file command_line}; do
     found=$targets/found/$name
     mkdir -p "$found"
     echo "fuzzing $name for $seconds s"

@@ -120,6 +120,22 @@ inline Bytes small_windows_library(const Bytes& list = small_list({})) {
     return file.bytes;
 }
 
+// Names at 0x40, three symbols at 0x60, of which the second is exported and the third wanted from elsewhere, and
+// section headers at 0xF0: none, the symbols' and the names'.
+inline Bytes small_linux_library() {
+    FileMaker file(ByteOrder::little, 0x1B0);
+    file.put(0,
+             "\x7F"
+             "ELF\2\1\1");
+    file.put({{16, 3, 2}, {18, 62, 2}, {40, 0xF0, 8}, {58, 64, 2}, {60, 3, 2}});
+    file.put(0x41, "EntryPointFunc");
+    file.put(0x50, "other");
+    file.put({{0x78, 1, 4}, {0x7C, 0x12, 1}, {0x7E, 5, 2}, {0x90, 16, 4}, {0x94, 0x12, 1}});
+    file.put({{0x134, 11, 4}, {0x148, 0x60, 8}, {0x150, 72, 8}, {0x158, 2, 4}});
+    file.put({{0x174, 3, 4}, {0x188, 0x40, 8}, {0x190, 0x20, 8}});
+    return file.bytes;
+}
+
 inline Bytes small_macos_slice(std::uint32_t processor) {
     FileMaker file(ByteOrder::little, 0x80);
     // A bundle, load commands, symbols; the first of two is exported, the other wanted from elsewhere.

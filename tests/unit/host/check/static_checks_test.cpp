@@ -14,7 +14,11 @@ namespace {
 
 namespace fs = std::filesystem;
 using ::testing::Contains;
+using ::testing::Each;
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::Lt;
+using ::testing::SizeIs;
 
 class StaticChecks : public ::testing::Test {
   protected:
@@ -121,9 +125,27 @@ TEST_F(StaticChecks, OfAMacosBundleGoByItsFiles) {
     EXPECT_EQ(type[Check::bundle].details.size(), 2U);  // PkgInfo is another, too
     check_without_loading(bundle("eFKT", "../../small.aex"), outside);
     EXPECT_THAT(outside[Check::bundle].details, Contains("CFBundleExecutable names no file"));
+    for (const char* name : {"..", "..\\Glass", "Gl\x1b[2Jass"}) {
+        Report other;
+        check_without_loading(bundle("eFKT", name), other);
+        EXPECT_THAT(other[Check::bundle].details, Contains("CFBundleExecutable names no file"));
+    }
     fs::remove(bundle("eFKT", "Glass") + "/Contents/Resources/Glass.rsrc");
     check_without_loading((folder / "Glass.plugin").string(), bare);
     EXPECT_THAT(failed(bare), Contains(Check::property_list));
+}
+
+TEST_F(StaticChecks, DoNotLetFilesCommandTheTerminal) {
+    Report missing, long_type;
+    check_without_loading((folder / "no\x1b[2J\n\x9bsuch").string(), missing);
+    EXPECT_THAT(missing[Check::file].details, Contains(HasSubstr("no?[2J??such: no such file")));
+    check_without_loading(bundle(std::string(100000, '\x1b'), "Glass"), long_type);
+    EXPECT_THAT(long_type[Check::bundle].details, Each(SizeIs(Lt(200U))));
+    Report told;
+    told.fail(Check::survives, std::string(100000, 'x') + "\x1b");
+    told.skip(Check::loads, "a\r\x7f");
+    EXPECT_THAT(told[Check::survives].details, ElementsAre(SizeIs(4003)));
+    EXPECT_THAT(told[Check::loads].details, ElementsAre("a??"));
 }
 
 }  // namespace
