@@ -84,17 +84,10 @@ TEST(LibraryFiles, NoDamageLeadsOutOfAFile) {
     const std::pair<Bytes, std::function<void(const Bytes&)>> files[] = {
         {small_windows_library(), [](const Bytes& b) { (void)read_library(b); }},
         {small_macos_library(), [](const Bytes& b) { (void)read_library(b); }},
-<<<<<<< HEAD
+        {small_linux_library(), [](const Bytes& b) { (void)read_library(b); }},
         {small_resource_file(small_list(kMacosList)), [](const Bytes& b) { (void)read_resource_file(b); }},
         {small_list({}), [](const Bytes& b) { (void)read_property_list(b); }},
         {small_list(kMacosList), [](const Bytes& b) { (void)read_property_list(b); }},
-=======
-        {small_linux_library(), [](const Bytes& b) { (void)read_library(b); }},
-        {small_resource_file(small_list(ByteOrder::big, false, false)),
-         [](const Bytes& b) { (void)read_resource_file(b); }},
-        {small_list(ByteOrder::little, true, true), [](const Bytes& b) { (void)read_property_list(b); }},
-        {small_list(ByteOrder::big, false, false), [](const Bytes& b) { (void)read_property_list(b); }},
->>>>>>> w-fuzz
     };
     for (const auto& [whole, read] : files) {
         for (std::size_t size = 0; size < whole.size(); ++size)
