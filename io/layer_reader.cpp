@@ -28,8 +28,10 @@ const Names kShadow = {"casts_shadows", "shadow_darkness"};
 const Names kFalloff = {"falloff", "falloff_start", "falloff_distance"};
 const Names kFalloffs = {"none", "smooth", "inverse square"};  // by number
 
+// Each once.
 Names operator+(Names a, const Names& b) {
-    a.insert(a.end(), b.begin(), b.end());
+    for (const std::string& name : b)
+        if (std::find(a.begin(), a.end(), name) == a.end()) a.push_back(name);
     return a;
 }
 
