@@ -207,10 +207,24 @@ void NodeTree::read_tracks(const Container& file, Channels& channels) {
             nodes_[index].tracks.emplace_back(Property::visible, std::move(*track));
 }
 
-int NodeTree::depth(std::size_t index) const {
-    int count = 0;
-    for (std::optional<std::size_t> at = index; at; at = nodes_[*at].parent) ++count;
-    return count;
+double NodeTree::pose_work(std::size_t index) const {
+    double work = kLayerWork;
+    for (std::optional<std::size_t> at = index; at; at = nodes_[*at].parent) {
+        work += kNodeWork;
+        for (const auto& [property, track] : nodes_[*at].tracks)
+            if (property != Property::visible) work += track.work();
+    }
+    return work;
+}
+
+double NodeTree::visible_work(std::size_t index) const {
+    double work = 0.0;
+    for (std::optional<std::size_t> at = index; at; at = nodes_[*at].parent) {
+        work += 1.0;
+        for (const auto& [property, track] : nodes_[*at].tracks)
+            if (property == Property::visible) work += track.work();
+    }
+    return work;
 }
 
 Variation NodeTree::placement(std::size_t index) const {
@@ -239,41 +253,43 @@ bool NodeTree::visible(std::size_t index, double seconds) const {
     return true;
 }
 
-Placement NodeTree::local(std::size_t index, double seconds, bool with_scale) const {
+Placement NodeTree::Local::scaled() const {
+    if (matrix) return *matrix;
+    return {turned.x * scale.x, turned.y * scale.y, turned.z * scale.z, turned.origin};
+}
+
+NodeTree::Local NodeTree::local(std::size_t index, double seconds) const {
     const Node& node = nodes_[index];
-    if (node.matrix) return with_scale ? *node.matrix : upright(*node.matrix).value_or(Placement{});
+    if (node.matrix) return {upright(*node.matrix).value_or(Placement{}), {}, &*node.matrix};
     Vec3 translation = node.translation, scale = node.scale;
     Quaternion rotation = node.rotation;
     for (const auto& [property, track] : node.tracks) {
+        if (property == Property::visible) continue;
         const Track::Value v = track.at(seconds);
         if (property == Property::translation) translation = {v[0], v[1], v[2]};
         if (property == Property::rotation) rotation = {v[0], v[1], v[2], v[3]};
         if (property == Property::scale) scale = {v[0], v[1], v[2]};
     }
-    Placement placement = rotated(rotation);
-    if (with_scale) {
-        placement.x = placement.x * scale.x;
-        placement.y = placement.y * scale.y;
-        placement.z = placement.z * scale.z;
+    Placement turned = rotated(rotation);
+    turned.origin = translation;
+    return {turned, scale, nullptr};
+}
+
+Placement NodeTree::pose(std::size_t index, double seconds) const {
+    chain_.clear();
+    for (std::optional<std::size_t> at = index; at; at = nodes_[*at].parent)
+        chain_.push_back(local(*at, seconds));
+    Placement world = chain_.front().scaled();
+    for (std::size_t i = 1; i < chain_.size(); ++i) world = chain_[i].scaled() * world;
+    std::optional<Placement> axes = upright(world);
+    if (!axes) {
+        // Scaled to nothing somewhere on the way, as is done to hide things: the rotations alone still tell.
+        Placement turned = chain_.front().turned;
+        for (std::size_t i = 1; i < chain_.size(); ++i) turned = chain_[i].turned * turned;
+        axes = upright(turned).value_or(Placement{});
     }
-    placement.origin = translation;
-    return placement;
-}
-
-Placement NodeTree::world(std::size_t index, double seconds) const {
-    Placement placement = local(index, seconds, true);
-    for (std::optional<std::size_t> at = nodes_[index].parent; at; at = nodes_[*at].parent)
-        placement = local(*at, seconds, true) * placement;
-    return placement;
-}
-
-Placement NodeTree::world_axes(std::size_t index, double seconds) const {
-    if (const auto axes = upright(world(index, seconds))) return *axes;
-    // Scaled to nothing somewhere on the way, as is done to hide things: the rotations alone still tell.
-    Placement placement = local(index, seconds, false);
-    for (std::optional<std::size_t> at = nodes_[index].parent; at; at = nodes_[*at].parent)
-        placement = local(*at, seconds, false) * placement;
-    return upright(placement).value_or(Placement{});
+    axes->origin = world.origin;
+    return *axes;
 }
 
 }  // namespace zam::io::gltf

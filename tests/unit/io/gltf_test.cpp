@@ -291,6 +291,19 @@ TEST(Gltf, ExcessiveScenesAreRefusedAndNotObeyed) {
     for (int i = 2; i < 2500; ++i) work.nodes += R"(, {"extensions": {"KHR_lights_punctual": {"light": 0}}})";
     work.animate(0, "translation", "LINEAR", {0, 4000}, {0, 0, 0, 1, 1, 1});
     EXPECT_THAT(refusal(work), HasSubstr("too many animated lights"));
+    // One light, far down; what moves each node on the way counts as well.
+    GltfFile chain;
+    chain.nodes = R"({"children": [1]})";
+    for (int i = 1; i < 500; ++i) chain.nodes += R"(, {"children": [)" + std::to_string(i + 1) + "]}";
+    chain.nodes += R"(, {"extensions": {"KHR_lights_punctual": {"light": 0}}})";
+    chain.animate(0, "translation", "LINEAR", {0, 100}, {0, 0, 0, 1, 1, 1});
+    EXPECT_EQ(read_small(chain).composition.duration, 2401);
+    for (int i = 0; i < 500; ++i) {
+        chain.animate(i, "rotation", "LINEAR", {0, 4000}, {0, 0, 0, 1, 0, 1, 0, 0});
+        chain.animate(i, "scale", "LINEAR", {0, 4000}, {0, 0, 0, 0, 0, 0});
+    }
+    EXPECT_THAT(refusal(chain), testing::AllOf(HasSubstr("too many animated lights"),
+                                               HasSubstr("\nhint: export fewer lights or a shorter range")));
     // Many members of one object are no fault, and none is overlooked.
     for (int i = 0; i < 100; ++i)
         members.more += (i > 0 ? ", \"" : "\"") +
