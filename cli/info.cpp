@@ -1,6 +1,7 @@
 #include "cli/info.h"
 
 #include <CLI/CLI.hpp>
+#include <cmath>
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
@@ -8,7 +9,6 @@
 #include "cli/output.h"
 #include "cli/participation.h"
 #include "host/composition/queries.h"
-#include "host/composition/transforms.h"
 #include "host/text.h"
 
 namespace zam::cli {
@@ -41,9 +41,7 @@ const char* type_of(const host::Layer& light) {
 class Report {
   public:
     Report(const host::Composition& composition, const host::Session& session, int frame)
-        : composition_(composition),
-          participation_(session, composition, frame),
-          at_(participation_.frame()) {
+        : participation_(session, composition, frame), at_(participation_.frame()) {
         const host::Composition& c = composition;
         json_ = {{"name", c.name},
                  {"size", {c.width, c.height}},
@@ -63,16 +61,18 @@ class Report {
     [[nodiscard]] const Json& json() const { return json_; }
 
   private:
-    [[nodiscard]] Json place(const host::Layer& layer) const {
-        const host::Matrix world = host::world_from_layer(composition_, layer, at_);
-        return Json::array({world.at[3][0], world.at[3][1], world.at[3][2]});
+    // Null where it is no place.
+    [[nodiscard]] static Json place(const host::Matrix& world) {
+        const double x = world.at[3][0], y = world.at[3][1], z = world.at[3][2];
+        if (!std::isfinite(x) || !std::isfinite(y) || !std::isfinite(z)) return nullptr;
+        return Json::array({x, y, z});
     }
 
     void add_camera(const host::Layer& layer) {
-        const host::Layer* active = host::active_camera(composition_, at_);
+        const host::Layer* active = participation_.camera();
         Json camera = {{"name", layer.name},
                        {"id", layer.id},
-                       {"position", place(layer)},
+                       {"position", place(participation_.world(layer))},
                        {"zoom", layer.camera.zoom.at(at_)},
                        {"active", &layer == active}};
         if (&layer != active)
@@ -84,18 +84,18 @@ class Report {
 
     void add_light(const host::Layer& layer) {
         const host::Color color = layer.light.color.at(at_);
-        const std::vector<std::string> reasons = participation_.reasons_against(layer);
+        const host::Matrix world = participation_.world(layer);
+        const std::vector<std::string> reasons = participation_.reasons_against(layer, world);
         json_["lights"].push_back({{"name", layer.name},
                                    {"id", layer.id},
                                    {"type", type_of(layer)},
-                                   {"position", place(layer)},
+                                   {"position", place(world)},
                                    {"intensity", layer.light.intensity.at(at_)},
                                    {"color", {color.red, color.green, color.blue}},
                                    {"takes_part", reasons.empty()},
                                    {"reasons", reasons}});
     }
 
-    const host::Composition& composition_;
     const Participation participation_;
     const double at_;
     Json json_;
@@ -103,12 +103,14 @@ class Report {
 
 // Rounded to what a reader can make use of.
 std::string shown(double number) {
+    if (std::abs(number) >= 1e12) return format_number(number);
     char text[32];
     std::snprintf(text, sizeof text, "%.2f", number);
     return format_number(std::stod(text) + 0.0);
 }
 
 std::string shown(const Json& numbers) {
+    if (numbers.is_null()) return "beyond all bounds";
     std::string text;
     for (const double number : numbers) text += (text.empty() ? "" : ", ") + shown(number);
     return "[" + text + "]";

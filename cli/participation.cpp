@@ -1,7 +1,6 @@
 #include "cli/participation.h"
 
 #include <cmath>
-#include <limits>
 #include <numbers>
 
 #include "host/composition/queries.h"
@@ -25,9 +24,31 @@ double told_frame(const host::Composition& composition, double frame) {
     return host::frame_of_time(composition.frame_rate, host::time_of_frame(composition.frame_rate, frame));
 }
 
+host::Vec3 row(const host::Matrix& m, int i) { return {m.at[i][0], m.at[i][1], m.at[i][2]}; }
 double dot(const host::Vec3& a, const host::Vec3& b) { return a.x * b.x + a.y * b.y + a.z * b.z; }
 host::Vec3 cross(const host::Vec3& a, const host::Vec3& b) {
     return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
+}
+
+// By the effect's arithmetic, which knows no end of a double's range and no view that cannot be turned round.
+host::Matrix inverse(const host::Matrix& m) {
+    const host::Vec3 a = row(m, 0), b = row(m, 1), c = row(m, 2), origin = row(m, 3);
+    const host::Vec3 columns[3] = {cross(b, c), cross(c, a), cross(a, b)};
+    const double determinant = dot(a, columns[0]), by = determinant == 0.0 ? 1.0 : determinant;
+    host::Matrix result;
+    for (int column = 0; column < 3; ++column) {
+        const host::Vec3& v = columns[column];
+        const double parts[4] = {v.x, v.y, v.z, -dot(origin, v)};
+        for (int i = 0; i < 4; ++i) result.at[i][column] = parts[i] / by;
+    }
+    return result;
+}
+
+// As the effect keeps its lights: beyond it, or where there is no number, they are left out.
+constexpr double kFarthest = 1e15;
+bool in_bounds(const host::Matrix& m, int i) {
+    const host::Vec3 v = row(m, i);
+    return std::abs(v.x) <= kFarthest && std::abs(v.y) <= kFarthest && std::abs(v.z) <= kFarthest;
 }
 
 std::string at_value(const std::string& control, const std::string& value) {
@@ -43,15 +64,32 @@ Participation::Participation(const host::Session& session, const host::Compositi
         at_ = host::comp_frame(*carrier, told_frame(composition, host::layer_frame(*carrier, frame)));
     now_ = seconds_of(composition, at_);
     at_ = told_frame(composition, at_);
+    for (std::size_t i = 0; i < composition.layers.size(); ++i) places_.emplace(composition.layers[i].id, i);
+    some_solo_ = host::any_solo(composition);
+    camera_ = host::active_camera(composition, at_);
+    host::Matrix view = camera_ ? world(*camera_) : host::default_camera_matrix(composition);
+    if (!camera_) view.at[0][0] = 1.0 / composition.pixel_aspect.value();
+    camera_from_world_ = inverse(view);
 }
 
-double Participation::number(const std::string& control) const {
-    return session_.control_at(host::find_control(session_.controls(), control).index, frame_);
-}
-
-std::string Participation::choice(const std::string& control) const {
+const Participation::Setting& Participation::setting(const std::string& control) const {
+    const auto known = settings_.find(control);
+    if (known != settings_.end()) return known->second;
     const host::Control& found = host::find_control(session_.controls(), control);
-    return found.choices.at(static_cast<std::size_t>(session_.control_at(found.index, frame_)) - 1);
+    const double value = session_.control_at(found.index, frame_);
+    return settings_
+        .emplace(control, Setting{value, found.choices.empty()
+                                             ? std::string()
+                                             : found.choices.at(static_cast<std::size_t>(value) - 1)})
+        .first->second;
+}
+
+host::Matrix Participation::world(const host::Layer& layer) const {
+    const std::vector<host::Layer>& layers = composition_.layers;
+    return host::world_from_layer(layer, at_, layers.size(), [&](host::LayerId id) {
+        const auto place = places_.find(id);
+        return place == places_.end() ? nullptr : &layers[place->second];
+    });
 }
 
 // The out point counts, too.
@@ -69,28 +107,9 @@ double Participation::own_size(const host::Layer& light, double size, const std:
     return size;
 }
 
-// Of a spot light's axis in the camera's space: 1 unless parents, matrices or the default view bring a scale.
-double Participation::axis_length(const host::Layer& light) const {
-    const host::Layer* camera = host::active_camera(composition_, at_);
-    host::Matrix view;
-    view.at[0][0] = 1.0 / composition_.pixel_aspect.value();
-    if (camera) view = host::world_from_layer(composition_, *camera, at_);
-    const host::Matrix world = host::world_from_layer(composition_, light, at_);
-    const auto row = [](const host::Matrix& m, int i) {
-        return host::Vec3{m.at[i][0], m.at[i][1], m.at[i][2]};
-    };
-    const host::Vec3 a = row(view, 0), b = row(view, 1), c = row(view, 2), axis = row(world, 2);
-    const double volume = dot(a, cross(b, c));
-    if (volume == 0.0)
-        return std::numeric_limits<double>::infinity();  // nobody knows what such a camera sees
-    return std::hypot(dot(axis, cross(b, c)), dot(axis, cross(c, a)), dot(axis, cross(a, b))) /
-           std::abs(volume);
-}
-
 void Participation::check_filters(const host::Layer& light, Reasons& reasons) const {
-    const bool some_solo = host::any_solo(composition_);
     const std::string wanted = choice("Use Lights that are");
-    if (host::video_really_on(light, some_solo)) {
+    if (host::video_really_on(light, some_solo_)) {
         if (wanted == "Off")
             reasons.push_back("it is switched on, and " + at_value("Use Lights that are", "Off"));
     } else if (wanted == "On") {
@@ -130,12 +149,15 @@ void Participation::check_point(const host::Layer& light, Reasons& reasons) cons
     }
 }
 
-void Participation::check_spot(const host::Layer& light, Reasons& reasons) const {
+void Participation::check_spot(const host::Layer& light, const host::Matrix& world, Reasons& reasons) const {
     if (choice("Spot Light Model") == "Off") return reasons.push_back(at_value("Spot Light Model", "Off"));
     if (number("Spot Lights/Intensity") == 0.0) reasons.push_back(at_value("Spot Lights/Intensity", "0"));
     // deliberate: the effect does not make the axis a unit long, so scale widens cones, or takes them away. One
     // of angle 0 is seen where a ray runs exactly along its axis; that is nothing to look for.
-    const double angle = light.light.cone_angle.at(at_), length = axis_length(light);
+    const double angle = light.light.cone_angle.at(at_);
+    const host::Matrix seen = world * camera_from_world_;
+    // 1 unless parents, matrices or the default view bring a scale.
+    const double length = std::hypot(seen.at[2][0], seen.at[2][1], seen.at[2][2]);
     if (length <= std::cos(angle / 2.0 * (std::numbers::pi / 180.0)) + 1e-12)
         reasons.push_back("its cone angle is " + format_number(angle) +
                           (std::abs(length - 1.0) < 1e-9
@@ -151,12 +173,25 @@ void Participation::check_spot(const host::Layer& light, Reasons& reasons) const
                           ", ends before it begins: " + at_value("Start Distance", format_number(start)));
 }
 
-Reasons Participation::reasons_against(const host::Layer& light) const {
+bool Participation::is_in_bounds(const host::Layer& light, const host::Matrix& world,
+                                 Reasons& reasons) const {
+    const bool aimed = light.light.type == LightType::spot;
+    const auto fits = [&](const host::Matrix& m) { return in_bounds(m, 3) && (!aimed || in_bounds(m, 2)); };
+    if (fits(world * camera_from_world_)) return true;
+    const bool stands = fits(world);
+    reasons.push_back(std::string(stands ? "seen by the camera its place is" : "its place is") +
+                      " beyond all bounds: check the scales of " +
+                      (stands ? "the camera's parents" : "its parents"));
+    return false;
+}
+
+Reasons Participation::reasons_against(const host::Layer& light, const host::Matrix& world) const {
     if (light.light.type == LightType::parallel) return {"the effect shows no parallel lights"};
     if (light.light.type == LightType::ambient) return {"the effect shows no ambient lights"};
     Reasons reasons;
     check_filters(light, reasons);
-    light.light.type == LightType::point ? check_point(light, reasons) : check_spot(light, reasons);
+    if (!is_in_bounds(light, world, reasons)) return reasons;
+    light.light.type == LightType::point ? check_point(light, reasons) : check_spot(light, world, reasons);
     return reasons;
 }
 

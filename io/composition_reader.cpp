@@ -21,6 +21,7 @@ constexpr NumberRule kAspect{0.01, 100, "", "the width of a pixel over its heigh
 constexpr NumberRule kDuration{1, 1'000'000, "frames", ""};
 constexpr NumberRule kFrame{0, 999'999, "frames", ""};
 constexpr std::size_t kMostLayers = 10'000;
+constexpr std::size_t kMostParents = 100;  // one above the other; each costs a matrix for each layer below
 
 class CompositionReader {
   public:
@@ -150,6 +151,12 @@ class CompositionReader {
                     throw document_.error(*(*layer_values_)[i].find("parent"),
                                           subject(i) + ": parent leads round in a circle",
                                           "remove one \"parent\" of the circle");
+            if (steps > kMostParents)
+                throw document_.error(*(*layer_values_)[i].find("parent"),
+                                      subject(i) + ": there are " + std::to_string(steps) +
+                                          " parents above each other, more than " +
+                                          std::to_string(kMostParents),
+                                      "fix the layer to one that stands higher, or give it a world_matrix");
         }
     }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 
 #include "host/text.h"
 #include "io/gltf/lights.h"
@@ -61,12 +62,11 @@ Shape shape_of(Property property) {
 }  // namespace
 
 Channels::Channels(const Container& file, std::vector<std::string>& warnings) : file_(file) {
-    const JsonValue* animations = file.root().find("animations");
-    if (!animations) return;
-    for (const JsonValue& animation : animations->children) {
-        const JsonValue& samplers = file.required(animation, "samplers");
-        for (const JsonValue& channel : file.required(animation, "channels").children)
-            read_channel(channel, samplers);
+    for (const JsonValue& animation : file.objects(file.root(), "animations")) {
+        static_cast<void>(file.required(animation, "samplers"));
+        static_cast<void>(file.required(animation, "channels"));
+        const std::vector<JsonValue>& samplers = file.objects(animation, "samplers");
+        for (const JsonValue& channel : file.objects(animation, "channels")) read_channel(channel, samplers);
     }
     if (unknown_ > 0)
         warnings.push_back("animation channels are left out that move " + quote(first_unknown_) +
@@ -78,12 +78,13 @@ Channels::Channels(const Container& file, std::vector<std::string>& warnings) : 
                            "left out: the first counts");
 }
 
-void Channels::read_channel(const JsonValue& channel, const JsonValue& samplers) {
+void Channels::read_channel(const JsonValue& channel, const std::vector<JsonValue>& samplers) {
     const JsonValue& index = file_.required(channel, "sampler");
     const bool valid = index.is(Kind::number) && index.number >= 0.0 &&
-                       index.number < static_cast<double>(samplers.children.size());
+                       index.number == std::floor(index.number) &&
+                       index.number < static_cast<double>(samplers.size());
     if (!valid) throw file_.error(index, "there is no such sampler", "export the file again");
-    const JsonValue& sampler = samplers.children[static_cast<std::size_t>(index.number)];
+    const JsonValue& sampler = samplers[static_cast<std::size_t>(index.number)];
     // The accessor's "max" tells the last time without its buffer.
     const JsonValue& input = file_.element("accessors", file_.required(sampler, "input"));
     if (const JsonValue* max = input.find("max"); max && !max->children.empty())
@@ -126,9 +127,9 @@ std::optional<Channels::Target> Channels::pointer_target(const JsonValue& target
         if (std::find(begin, end, '/') != end) continue;
         std::size_t index = 0;
         const auto [stop, code] = std::from_chars(begin, end, index);
-        const JsonValue* all =
-            list == kLights ? light_list(file_) : file_.root().find(list.substr(1, list.size() - 2));
-        const std::size_t count = all ? all->children.size() : 0;
+        const std::string array(list.substr(1, list.size() - 2));
+        const std::size_t count =
+            list == kLights ? light_list(file_).size() : file_.list(file_.root(), array.c_str()).size();
         if (code != std::errc() || stop != end || index >= count)
             throw file_.error(
                 *pointer,

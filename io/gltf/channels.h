@@ -50,7 +50,7 @@ class Channels {
     };
     using Target = std::pair<Property, std::size_t>;
 
-    void read_channel(const JsonValue& channel, const JsonValue& samplers);
+    void read_channel(const JsonValue& channel, const std::vector<JsonValue>& samplers);
     [[nodiscard]] std::optional<Target> node_target(const JsonValue& target, const JsonValue& path) const;
     [[nodiscard]] std::optional<Target> pointer_target(const JsonValue& target);
 

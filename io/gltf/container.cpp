@@ -3,11 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <fstream>
-#include <optional>
 
 #include "host/text.h"
 #include "host/utf8_path.h"
+#include "io/gltf/bytes.h"
 #include "io/input_file.h"
 
 namespace zam::io::gltf {
@@ -34,70 +33,6 @@ bool is_harmless(const std::string& extension) {
     return std::find(kNames.begin(), kNames.end(), extension) != kNames.end() ||
            std::any_of(kBeginnings.begin(), kBeginnings.end(),
                        [&](const std::string& beginning) { return extension.starts_with(beginning); });
-}
-
-std::uint32_t little_endian(const std::string& bytes, std::size_t at) {
-    std::uint32_t value = 0;
-    for (std::size_t i = 4; i-- > 0;) value = value << 8 | static_cast<unsigned char>(bytes[at + i]);
-    return value;
-}
-
-// `length` bytes from `offset`; fewer at the end of the file, none when it cannot be read.
-std::string read_range(const std::string& file, std::uint64_t offset, std::uint64_t length) {
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream.seekg(0, std::ios::end)) return {};
-    const auto size = static_cast<std::uint64_t>(std::max<std::streamoff>(stream.tellg(), 0));
-    if (offset >= size) return {};
-    std::string bytes(std::min(length, size - offset), '\0');
-    stream.seekg(static_cast<std::streamoff>(offset));
-    stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    bytes.resize(static_cast<std::size_t>(std::max<std::streamsize>(stream.gcount(), 0)));
-    return bytes;
-}
-
-int base64_digit(char c) {
-    if (c >= 'A' && c <= 'Z') return c - 'A';
-    if (c >= 'a' && c <= 'z') return c - 'a' + 26;
-    if (c >= '0' && c <= '9') return c - '0' + 52;
-    return c == '+' ? 62 : c == '/' ? 63 : -1;
-}
-
-std::optional<std::string> decode_base64(std::string_view text) {
-    while (!text.empty() && text.back() == '=') text.remove_suffix(1);
-    std::string bytes;
-    bytes.reserve(text.size() * 3 / 4);
-    std::uint32_t bits = 0;
-    int count = 0;
-    for (const char c : text) {
-        const int digit = base64_digit(c);
-        if (digit < 0) return std::nullopt;
-        bits = bits << 6 | static_cast<std::uint32_t>(digit);
-        count += 6;
-        if (count >= 8) {
-            count -= 8;
-            bytes += static_cast<char>(bits >> count & 0xFF);
-        }
-    }
-    return bytes;
-}
-
-std::string decode_percent(const std::string& uri) {
-    const auto digit = [](char c) {
-        return c >= '0' && c <= '9'   ? c - '0'
-               : c >= 'a' && c <= 'f' ? c - 'a' + 10
-               : c >= 'A' && c <= 'F' ? c - 'A' + 10
-                                      : -1;
-    };
-    std::string text;
-    for (std::size_t i = 0; i < uri.size(); ++i) {
-        if (uri[i] == '%' && i + 2 < uri.size() && digit(uri[i + 1]) >= 0 && digit(uri[i + 2]) >= 0) {
-            text += static_cast<char>(digit(uri[i + 1]) * 16 + digit(uri[i + 2]));
-            i += 2;
-        } else {
-            text += uri[i];
-        }
-    }
-    return text;
 }
 
 bool lies_inside(const fs::path& file, const fs::path& folder) {
@@ -130,25 +65,42 @@ void Container::read_binary(const std::string& header) {
         throw SceneError(file, {},
                          "binary glTF version " + std::to_string(little_endian(header, 4)) + " is not known",
                          again);
-    const std::uint64_t json_length = little_endian(header, 12);
+    const std::uint64_t length = little_endian(header, 8), json_length = little_endian(header, 12);
     if (little_endian(header, 16) != kJsonChunk)
         throw SceneError(file, {}, "the first chunk is not the JSON", again);
     if (json_length > kLargestJson)
         throw SceneError(file, {},
                          "the JSON chunk is larger than " + std::to_string(kLargestJson >> 20) + " MiB",
                          "a scene needs only lights, cameras and their nodes");
+    const std::uint64_t next = 20 + json_length;
+    if (next > length)
+        throw SceneError(file, {},
+                         "the header gives the file " + std::to_string(length) +
+                             " bytes, the JSON chunk ends at " + std::to_string(next),
+                         again);
     std::string json = read_range(file, 20, json_length);
     if (json.size() < json_length) throw SceneError(file, {}, "the file ends within its JSON chunk", again);
     // Chunks end at a multiple of four. Spaces should fill the rest; some exporters write zeros.
     json.resize(json.find_last_not_of('\0') + 1);
     document_ = parse_json(file, json);
     binary_ = true;
-    const std::uint64_t next = 20 + json_length;
-    const std::string chunk = read_range(file, next, 8);
-    if (chunk.size() == 8 && little_endian(chunk, 4) == kBinChunk) {
-        chunk_offset_ = next + 8;
-        chunk_length_ = little_endian(chunk, 0);
-    }
+    find_binary_chunk(next, length);
+}
+
+// The file may have been cut off behind its JSON: that matters when a light needs what is gone.
+void Container::find_binary_chunk(std::uint64_t at, std::uint64_t end) {
+    if (at == end) return;
+    const std::string header = read_range(document_.file, at, 8);
+    const std::uint64_t length = header.size() < 8 ? 0 : little_endian(header, 0),
+                        chunk_end = at + 8 + length;
+    if (chunk_end > end)
+        throw SceneError(document_.file, {},
+                         "the header gives the file " + std::to_string(end) +
+                             " bytes, the chunk behind the JSON ends at " + std::to_string(chunk_end),
+                         "export the file again, as glTF 2.0 binary");
+    if (header.size() < 8 || little_endian(header, 4) != kBinChunk) return;
+    chunk_offset_ = at + 8;
+    chunk_length_ = length;
 }
 
 void Container::check_version() const {
@@ -167,14 +119,16 @@ void Container::check_version() const {
 }
 
 void Container::check_extensions() const {
-    const JsonValue* required = root().find("extensionsRequired");
-    if (!required) return;
-    for (const JsonValue& extension : required->children)
+    for (const JsonValue& extension : list(root(), "extensionsRequired")) {
+        if (!extension.is(Kind::string))
+            throw error(extension, std::string("an extension is ") + extension.kind_name() + ", not a text",
+                        "write the extensions' names");
         if (!is_harmless(extension.text))
             throw error(
                 extension,
                 "the file requires the extension " + quote(extension.text) + ", which is not known here",
                 "export again without it, for example without compression");
+    }
 }
 
 SceneError Container::error(const JsonValue& value, const std::string& text, const std::string& hint) const {
@@ -182,18 +136,47 @@ SceneError Container::error(const JsonValue& value, const std::string& text, con
 }
 
 const JsonValue& Container::element(const char* array, const JsonValue& user) const {
-    const JsonValue* list = root().find(array);
-    const std::size_t count = list && list->is(Kind::array) ? list->children.size() : 0;
+    const std::vector<JsonValue>& all = list(root(), array);
     const bool whole_number =
         user.is(Kind::number) && user.number >= 0 && user.number == std::floor(user.number);
     if (!whole_number)
         throw error(user, std::string("this is no index into ") + array, "indices are whole numbers from 0");
-    if (user.number >= static_cast<double>(count))
+    if (user.number >= static_cast<double>(all.size()))
         throw error(user,
                     "there is no element " + format_number(user.number) + " in " + array + ", which has " +
-                        std::to_string(count),
+                        std::to_string(all.size()),
                     "export the file again; references like this one are broken");
-    return list->children[static_cast<std::size_t>(user.number)];
+    const JsonValue& found = all[static_cast<std::size_t>(user.number)];
+    check_kind(found, Kind::object);
+    return found;
+}
+
+void Container::check_kind(const JsonValue& value, Kind wanted) const {
+    if (value.is(wanted)) return;
+    const bool object = wanted == Kind::object;
+    throw error(value,
+                std::string("this is ") + value.kind_name() + (object ? ", not an object" : ", not an array"),
+                object ? "write its members in braces" : "write its elements in brackets");
+}
+
+const JsonValue* Container::object(const JsonValue& parent, const char* member) const {
+    const JsonValue* value = parent.find(member);
+    if (value) check_kind(*value, Kind::object);
+    return value;
+}
+
+const std::vector<JsonValue>& Container::list(const JsonValue& parent, const char* member) const {
+    static const std::vector<JsonValue> kNone;
+    const JsonValue* value = parent.find(member);
+    if (!value) return kNone;
+    check_kind(*value, Kind::array);
+    return value->children;
+}
+
+const std::vector<JsonValue>& Container::objects(const JsonValue& parent, const char* member) const {
+    const std::vector<JsonValue>& all = list(parent, member);
+    for (const JsonValue& value : all) check_kind(value, Kind::object);
+    return all;
 }
 
 const JsonValue& Container::required(const JsonValue& object, const char* member) const {
@@ -230,7 +213,7 @@ std::string Container::bytes(const JsonValue& index, std::uint64_t offset, std::
     const JsonValue* uri = buffer.find("uri");
     std::string result;
     if (!uri) {
-        const bool first = &buffer == &root().find("buffers")->children.front();
+        const bool first = &buffer == &list(root(), "buffers").front();
         const bool stored = binary_ && first;
         if (!stored && buffer.find("extensions"))
             throw error(buffer,
@@ -267,6 +250,10 @@ const std::string& Container::embedded(const JsonValue& uri) const {
 
 std::string Container::file_bytes(const JsonValue& user, const JsonValue& uri, std::uint64_t offset,
                                   std::uint64_t length) const {
+    return read_range(buffer_file(user, uri).string(), offset, length);
+}
+
+fs::path Container::buffer_file(const JsonValue& user, const JsonValue& uri) const {
     const std::string decoded = decode_percent(uri.text);
     if (std::any_of(decoded.begin(), decoded.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; }))
         throw error(uri, "the buffer's uri " + quote(decoded) + " holds control characters",
@@ -278,16 +265,23 @@ std::string Container::file_bytes(const JsonValue& user, const JsonValue& uri, s
     // Links are followed first, so that neither ".." nor a link leads out of the folder.
     const fs::path home = fs::canonical(folder, code);
     const bool scheme = uri.text.find("://") != std::string::npos || name.is_absolute();
-    const fs::path file = scheme ? fs::path() : fs::weakly_canonical(home / name, code);
-    if (scheme || code || !lies_inside(file, home))
+    std::error_code lost;
+    const fs::path file = scheme ? fs::path() : fs::weakly_canonical(home / name, lost);
+    if (scheme || code || (!lost && !lies_inside(file, home)))
         throw error(uri, "the buffer " + quote(uri.text) + " lies outside of the scene's folder",
                     "put the file beside the scene and name it without a path");
-    if (!fs::is_regular_file(file, code))
-        throw error(uri,
-                    "the buffer file " + quote(name.string()) + " is missing, and the animation at " +
-                        document_.pointer(user) + " needs it",
-                    "put it into the scene's folder, " + folder.string());
-    return read_range(file.string(), offset, length);
+    const fs::file_type type = lost ? fs::file_type::none : fs::status(file, code).type();
+    if (type == fs::file_type::regular) return file;
+    const std::string wrong = lost == std::errc::filename_too_long       ? "has too long a name"
+                              : type == fs::file_type::directory         ? "is a folder"
+                              : lost || type == fs::file_type::not_found ? "is missing"
+                              : type == fs::file_type::none              ? "cannot be read"
+                                                                         : "is a pipe or a device";
+    throw error(uri,
+                "the buffer file " + quote(name.string()) + " " + wrong + ", and the animation at " +
+                    document_.pointer(user) + " needs it",
+                wrong == "is missing" ? "put it into the scene's folder, " + folder.string()
+                                      : "name a file in the scene's folder, " + folder.string());
 }
 
 }  // namespace zam::io::gltf

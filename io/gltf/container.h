@@ -1,6 +1,7 @@
 #pragma once
 // A glTF 2.0 file, .gltf or .glb: its JSON, and bytes of its buffers on demand.
 #include <cstdint>
+#include <filesystem>
 #include <map>
 #include <string>
 #include <vector>
@@ -28,6 +29,14 @@ class Container {
 
     // Element `index` of the root array `array` ("nodes"), which `user` refers to; throws when there is none.
     [[nodiscard]] const JsonValue& element(const char* array, const JsonValue& user) const;
+    // Throws unless the value is of that kind, an object or an array.
+    void check_kind(const JsonValue& value, JsonValue::Kind wanted) const;
+    // An object's member that is an object, or null when there is none. Throws when it is something else.
+    [[nodiscard]] const JsonValue* object(const JsonValue& parent, const char* member) const;
+    // The elements of an object's array, none when it is missing. Throws unless it is an array; of objects() all
+    // elements must be such.
+    [[nodiscard]] const std::vector<JsonValue>& list(const JsonValue& parent, const char* member) const;
+    [[nodiscard]] const std::vector<JsonValue>& objects(const JsonValue& parent, const char* member) const;
     // A member that an object must have.
     [[nodiscard]] const JsonValue& required(const JsonValue& object, const char* member) const;
     // A whole number >= 0 of an object; `fallback` when the member is missing.
@@ -43,6 +52,8 @@ class Container {
 
   private:
     void read_binary(const std::string& header);
+    void find_binary_chunk(std::uint64_t at, std::uint64_t end);
+    [[nodiscard]] std::filesystem::path buffer_file(const JsonValue& user, const JsonValue& uri) const;
     void check_version() const;
     void check_extensions() const;
     [[nodiscard]] std::string file_bytes(const JsonValue& user, const JsonValue& uri, std::uint64_t offset,

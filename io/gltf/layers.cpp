@@ -33,12 +33,12 @@ host::Layer LayerMaker::place(std::size_t node, host::LayerKind kind, const std:
     Vec3 orientation;
     for (int frame = 0; frame < frames; ++frame) {
         const double seconds = timeline_.seconds(frame);
-        const Placement axes = nodes_.world_axes(node, seconds);
+        const Placement pose = nodes_.pose(node, seconds);
         // A composition's lights and cameras look along their +z, glTF's along -z; y is turned alike.
         orientation = bounded(
-            orientation_of({turned(axes.x), turned(axes.y * -1.0), turned(axes.z * -1.0)}, orientation),
+            orientation_of({turned(pose.x), turned(pose.y * -1.0), turned(pose.z * -1.0)}, orientation),
             confined);
-        positions.add(frame, bounded(position(nodes_.world(node, seconds).origin), confined));
+        positions.add(frame, bounded(position(pose.origin), confined));
         orientations.add(frame, orientation);
     }
     layer.transform.position = positions.take();
@@ -71,8 +71,8 @@ void LayerMaker::shine(std::size_t node, const LightMotion& motion, host::LightS
                        bool* confined) {
     const Variation blinking = nodes_.visibility(node);
     const int frames = timeline_.frames(std::max(motion.any(), blinking));
-    timeline_.count_work(static_cast<double>(frames) *
-                         (blinking == Variation::still ? 1 : nodes_.depth(node)));
+    timeline_.count_work(frames *
+                         (motion.work() + (blinking == Variation::still ? 0 : nodes_.visible_work(node))));
     Samples<host::Color> colors(motion.color());
     Samples<double> intensities(std::max(motion.intensity(), blinking)), ranges(motion.range());
     Samples<double> angles(motion.cone()), feathers(motion.cone());
@@ -107,7 +107,7 @@ host::Layer LayerMaker::camera(std::size_t node, const CameraDefinition& definit
     host::Layer layer =
         place(node, host::LayerKind::camera, name_of(node, definition.name, "Camera"), confined);
     const Variation variation = variation_of(yfov);
-    timeline_.count_work(timeline_.frames(variation));
+    timeline_.count_work(timeline_.frames(variation) * kLayerWork);
     Samples<double> zooms(variation);
     for (int frame = 0; frame < timeline_.frames(variation); ++frame) {
         const double told = yfov ? yfov->at(timeline_.seconds(frame))[0] : definition.yfov;

@@ -29,6 +29,13 @@ LightMotion::LightMotion(Channels& channels, std::size_t index, const LightDefin
     }
 }
 
+double LightMotion::work() const {
+    double work = kLayerWork;
+    for (const auto* track : {&color_, &intensity_, &range_, &inner_angle_, &outer_angle_})
+        if (*track) work += (*track)->work();
+    return work;
+}
+
 LightValues LightMotion::at(double seconds, bool* confined) const {
     LightValues values = fixed_;
     const auto number = [&](const std::optional<Track>& track, double least, double most, double* value) {

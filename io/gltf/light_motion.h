@@ -24,6 +24,8 @@ class LightMotion {
         return std::max(variation_of(inner_angle_), variation_of(outer_angle_));
     }
     [[nodiscard]] Variation any() const { return std::max({color(), intensity(), range(), cone()}); }
+    // What at() costs, and a layer's values made of it, in the units of Timeline::count_work.
+    [[nodiscard]] double work() const;
 
   private:
     LightValues fixed_;

@@ -84,9 +84,7 @@ struct Ignored {
 // An older draft of the extension lit whole scenes.
 Ignored scene_lights(const Container& file) {
     Ignored ignored{"lights hang on nodes"};
-    const JsonValue* scenes = file.root().find("scenes");
-    if (!scenes) return ignored;
-    for (const JsonValue& scene : scenes->children)
+    for (const JsonValue& scene : file.objects(file.root(), "scenes"))
         if (const JsonValue* extensions = scene.find("extensions"))
             if (const JsonValue* light = extensions->find("KHR_lights_punctual")) ignored.add(*light);
     return ignored;
@@ -137,19 +135,21 @@ LightDefinition read_light(const Container& file, const JsonValue& light, Ignore
 
 }  // namespace
 
-const JsonValue* light_list(const Container& file) {
-    const JsonValue* extensions = file.root().find("extensions");
-    const JsonValue* extension = extensions ? extensions->find("KHR_lights_punctual") : nullptr;
-    return extension ? extension->find("lights") : nullptr;
+const std::vector<JsonValue>& light_list(const Container& file) {
+    static const std::vector<JsonValue> kNone;
+    const JsonValue* extensions = file.object(file.root(), "extensions");
+    const JsonValue* extension = extensions ? file.object(*extensions, "KHR_lights_punctual") : nullptr;
+    return extension ? file.list(*extension, "lights") : kNone;
 }
 
 std::vector<LightDefinition> read_lights(const Container& file, std::vector<std::string>& warnings) {
     std::vector<LightDefinition> result;
     scene_lights(file).tell(file, warnings);
-    const JsonValue* lights = light_list(file);
-    if (!lights) return result;
     IgnoredMembers ignored;
-    for (const JsonValue& light : lights->children) result.push_back(read_light(file, light, ignored));
+    for (const JsonValue& light : light_list(file)) {
+        file.check_kind(light, Kind::object);
+        result.push_back(read_light(file, light, ignored));
+    }
     ignored.spot.tell(file, warnings);
     ignored.range.tell(file, warnings);
     return result;
@@ -157,9 +157,7 @@ std::vector<LightDefinition> read_lights(const Container& file, std::vector<std:
 
 std::vector<CameraDefinition> read_cameras(const Container& file) {
     std::vector<CameraDefinition> result;
-    const JsonValue* cameras = file.root().find("cameras");
-    if (!cameras) return result;
-    for (const JsonValue& camera : cameras->children) {
+    for (const JsonValue& camera : file.objects(file.root(), "cameras")) {
         CameraDefinition& definition = result.emplace_back();
         definition.name = name_of(camera);
         const JsonValue* type = camera.find("type");

@@ -29,8 +29,8 @@ struct CameraDefinition {
     double aspect_ratio = 0.0;  // 0 = not given
 };
 
-// The array of the lights' definitions; null when the file has none.
-[[nodiscard]] const JsonValue* light_list(const Container& file);
+// The lights' definitions; empty when the file has none. Throws SceneError.
+[[nodiscard]] const std::vector<JsonValue>& light_list(const Container& file);
 
 // Both check every definition, used or not, and throw SceneError; `warnings` gains what is ignored.
 [[nodiscard]] std::vector<LightDefinition> read_lights(const Container& file,

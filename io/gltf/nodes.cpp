@@ -45,11 +45,8 @@ std::optional<Placement> upright(const Placement& placement) {
 }
 
 std::optional<std::size_t> light_index(const Container& file, const JsonValue& node, std::size_t lights) {
-    const JsonValue* extensions = node.find("extensions");
-    if (extensions && !extensions->is(Kind::object))
-        throw file.error(*extensions, std::string("extensions is ") + extensions->kind_name(),
-                         "write an object, with the names of extensions as its members");
-    const JsonValue* extension = extensions ? extensions->find("KHR_lights_punctual") : nullptr;
+    const JsonValue* extensions = file.object(node, "extensions");
+    const JsonValue* extension = extensions ? file.object(*extensions, "KHR_lights_punctual") : nullptr;
     if (!extension) return std::nullopt;
     const JsonValue* light = extension->find("light");
     if (!light)
@@ -64,8 +61,8 @@ std::optional<std::size_t> light_index(const Container& file, const JsonValue& n
 }
 
 bool own_visibility(const Container& file, const JsonValue& node) {
-    const JsonValue* extensions = node.find("extensions");
-    const JsonValue* extension = extensions ? extensions->find("KHR_node_visibility") : nullptr;
+    const JsonValue* extensions = file.object(node, "extensions");
+    const JsonValue* extension = extensions ? file.object(*extensions, "KHR_node_visibility") : nullptr;
     const JsonValue* visible = extension ? extension->find("visible") : nullptr;
     if (!visible) return true;
     if (!visible->is(Kind::boolean))
@@ -76,15 +73,13 @@ bool own_visibility(const Container& file, const JsonValue& node) {
 }  // namespace
 
 NodeTree::NodeTree(const Container& file, Channels& channels) {
-    const JsonValue* definitions = light_list(file);
-    const std::size_t lights = definitions ? definitions->children.size() : 0;
-    if (const JsonValue* list = file.root().find("nodes")) {
-        nodes_.reserve(list->children.size());
-        for (const JsonValue& value : list->children) {
-            read_node(file, value);
-            nodes_.back().light = light_index(file, value, lights);
-            nodes_.back().visible = own_visibility(file, value);
-        }
+    const std::size_t lights = light_list(file).size();
+    const std::vector<JsonValue>& values = file.objects(file.root(), "nodes");
+    nodes_.reserve(values.size());
+    for (const JsonValue& value : values) {
+        read_node(file, value);
+        nodes_.back().light = light_index(file, value, lights);
+        nodes_.back().visible = own_visibility(file, value);
     }
     link(file);
     walk(file);
@@ -117,9 +112,7 @@ void NodeTree::read_node(const Container& file, const JsonValue& value) {
 
 void NodeTree::link(const Container& file) {
     for (std::size_t i = 0; i < nodes_.size(); ++i) {
-        const JsonValue* children = nodes_[i].place->find("children");
-        if (!children) continue;
-        for (const JsonValue& child : children->children) {
+        for (const JsonValue& child : file.list(*nodes_[i].place, "children")) {
             static_cast<void>(file.element("nodes", child));
             const auto index = static_cast<std::size_t>(child.number);
             if (nodes_[index].parent || index == i)
@@ -149,21 +142,20 @@ void NodeTree::link(const Container& file) {
 
 void NodeTree::walk(const Container& file) {
     std::vector<std::pair<std::size_t, int>> open;  // nodes to visit, with their depth; the next one last
-    const JsonValue* scenes = file.root().find("scenes");
-    if (scenes && !scenes->children.empty()) {
+    const std::vector<JsonValue>& scenes = file.objects(file.root(), "scenes");
+    if (!scenes.empty()) {
         const JsonValue* chosen = file.root().find("scene");
-        const JsonValue& scene = chosen ? file.element("scenes", *chosen) : scenes->children.front();
+        const JsonValue& scene = chosen ? file.element("scenes", *chosen) : scenes.front();
         std::vector<bool> listed(nodes_.size(), false);
-        if (const JsonValue* roots = scene.find("nodes"))
-            for (const JsonValue& root : roots->children) {
-                static_cast<void>(file.element("nodes", root));
-                const auto index = static_cast<std::size_t>(root.number);
-                if (nodes_[index].parent)
-                    throw file.error(root, "node " + std::to_string(index) + " is no root: it has a parent",
-                                     "a scene lists nodes without parents; export the file again");
-                if (!listed[index]) open.push_back({index, 0});
-                listed[index] = true;
-            }
+        for (const JsonValue& root : file.list(scene, "nodes")) {
+            static_cast<void>(file.element("nodes", root));
+            const auto index = static_cast<std::size_t>(root.number);
+            if (nodes_[index].parent)
+                throw file.error(root, "node " + std::to_string(index) + " is no root: it has a parent",
+                                 "a scene lists nodes without parents; export the file again");
+            if (!listed[index]) open.push_back({index, 0});
+            listed[index] = true;
+        }
     } else {
         for (std::size_t i = 0; i < nodes_.size(); ++i)
             if (!nodes_[i].parent) open.push_back({i, 0});
@@ -207,10 +199,24 @@ void NodeTree::read_tracks(const Container& file, Channels& channels) {
             nodes_[index].tracks.emplace_back(Property::visible, std::move(*track));
 }
 
-int NodeTree::depth(std::size_t index) const {
-    int count = 0;
-    for (std::optional<std::size_t> at = index; at; at = nodes_[*at].parent) ++count;
-    return count;
+double NodeTree::pose_work(std::size_t index) const {
+    double work = kLayerWork;
+    for (std::optional<std::size_t> at = index; at; at = nodes_[*at].parent) {
+        work += kNodeWork;
+        for (const auto& [property, track] : nodes_[*at].tracks)
+            if (property != Property::visible) work += track.work();
+    }
+    return work;
+}
+
+double NodeTree::visible_work(std::size_t index) const {
+    double work = 0.0;
+    for (std::optional<std::size_t> at = index; at; at = nodes_[*at].parent) {
+        work += 1.0;
+        for (const auto& [property, track] : nodes_[*at].tracks)
+            if (property == Property::visible) work += track.work();
+    }
+    return work;
 }
 
 Variation NodeTree::placement(std::size_t index) const {
@@ -239,41 +245,43 @@ bool NodeTree::visible(std::size_t index, double seconds) const {
     return true;
 }
 
-Placement NodeTree::local(std::size_t index, double seconds, bool with_scale) const {
+Placement NodeTree::Local::scaled() const {
+    if (matrix) return *matrix;
+    return {turned.x * scale.x, turned.y * scale.y, turned.z * scale.z, turned.origin};
+}
+
+NodeTree::Local NodeTree::local(std::size_t index, double seconds) const {
     const Node& node = nodes_[index];
-    if (node.matrix) return with_scale ? *node.matrix : upright(*node.matrix).value_or(Placement{});
+    if (node.matrix) return {upright(*node.matrix).value_or(Placement{}), {}, &*node.matrix};
     Vec3 translation = node.translation, scale = node.scale;
     Quaternion rotation = node.rotation;
     for (const auto& [property, track] : node.tracks) {
+        if (property == Property::visible) continue;
         const Track::Value v = track.at(seconds);
         if (property == Property::translation) translation = {v[0], v[1], v[2]};
         if (property == Property::rotation) rotation = {v[0], v[1], v[2], v[3]};
         if (property == Property::scale) scale = {v[0], v[1], v[2]};
     }
-    Placement placement = rotated(rotation);
-    if (with_scale) {
-        placement.x = placement.x * scale.x;
-        placement.y = placement.y * scale.y;
-        placement.z = placement.z * scale.z;
+    Placement turned = rotated(rotation);
+    turned.origin = translation;
+    return {turned, scale, nullptr};
+}
+
+Placement NodeTree::pose(std::size_t index, double seconds) const {
+    chain_.clear();
+    for (std::optional<std::size_t> at = index; at; at = nodes_[*at].parent)
+        chain_.push_back(local(*at, seconds));
+    Placement world = chain_.front().scaled();
+    for (std::size_t i = 1; i < chain_.size(); ++i) world = chain_[i].scaled() * world;
+    std::optional<Placement> axes = upright(world);
+    if (!axes) {
+        // Scaled to nothing somewhere on the way, as is done to hide things: the rotations alone still tell.
+        Placement turned = chain_.front().turned;
+        for (std::size_t i = 1; i < chain_.size(); ++i) turned = chain_[i].turned * turned;
+        axes = upright(turned).value_or(Placement{});
     }
-    placement.origin = translation;
-    return placement;
-}
-
-Placement NodeTree::world(std::size_t index, double seconds) const {
-    Placement placement = local(index, seconds, true);
-    for (std::optional<std::size_t> at = nodes_[index].parent; at; at = nodes_[*at].parent)
-        placement = local(*at, seconds, true) * placement;
-    return placement;
-}
-
-Placement NodeTree::world_axes(std::size_t index, double seconds) const {
-    if (const auto axes = upright(world(index, seconds))) return *axes;
-    // Scaled to nothing somewhere on the way, as is done to hide things: the rotations alone still tell.
-    Placement placement = local(index, seconds, false);
-    for (std::optional<std::size_t> at = nodes_[index].parent; at; at = nodes_[*at].parent)
-        placement = local(*at, seconds, false) * placement;
-    return upright(placement).value_or(Placement{});
+    axes->origin = world.origin;
+    return *axes;
 }
 
 }  // namespace zam::io::gltf

@@ -34,29 +34,38 @@ class NodeTree {
     [[nodiscard]] const Node& node(std::size_t index) const { return nodes_[index]; }
     // The nodes with a light or a camera, parents before children, otherwise in the order of the file.
     [[nodiscard]] const std::vector<std::size_t>& carriers() const { return carriers_; }
-    // How many nodes lie between this one and the outside, both ends included.
-    [[nodiscard]] int depth(std::size_t index) const;
+    // What pose() and visible() cost for a frame, in the units of Timeline::count_work.
+    [[nodiscard]] double pose_work(std::size_t index) const;
+    [[nodiscard]] double visible_work(std::size_t index) const;
     // How the node's placement varies, with those of all above it.
     [[nodiscard]] Variation placement(std::size_t index) const;
     // How its visibility varies: still or steps.
     [[nodiscard]] Variation visibility(std::size_t index) const;
     // Whether the node and all above it are visible.
     [[nodiscard]] bool visible(std::size_t index, double seconds) const;
-    // With the scale of the hierarchy in the axes.
-    [[nodiscard]] Placement world(std::size_t index, double seconds) const;
-    // Unit axes: -z is where a light shines and a camera looks. Scale can tilt the axes of a hierarchy; z
-    // then keeps its direction and the others are set upright to it.
-    [[nodiscard]] Placement world_axes(std::size_t index, double seconds) const;
+    // Its place in the world, with unit axes: -z is where a light shines and a camera looks. Scale can tilt the
+    // axes of a hierarchy; z then keeps its direction and the others are set upright to it.
+    [[nodiscard]] Placement pose(std::size_t index, double seconds) const;
 
   private:
+    // A node in its parent's space. With a matrix, `turned` is its rotation alone.
+    struct Local {
+        Placement turned;
+        Vec3 scale{1.0, 1.0, 1.0};
+        const Placement* matrix = nullptr;
+
+        [[nodiscard]] Placement scaled() const;
+    };
+
     void read_node(const Container& file, const JsonValue& value);
     void link(const Container& file);
     void walk(const Container& file);
     void read_tracks(const Container& file, Channels& channels);
-    [[nodiscard]] Placement local(std::size_t index, double seconds, bool with_scale) const;
+    [[nodiscard]] Local local(std::size_t index, double seconds) const;
 
     std::vector<Node> nodes_;
     std::vector<std::size_t> carriers_;
+    mutable std::vector<Local> chain_;  // pose()'s, from the node outwards
 };
 
 }  // namespace zam::io::gltf

@@ -50,8 +50,7 @@ class GltfReader {
         read_motion();
         Timeline timeline(name(), channels_.last_second(), options_.frame_rate);
         for (const std::size_t index : nodes_.carriers())  // all of it first: a refusal should be quick
-            timeline.count_work(static_cast<double>(timeline.frames(nodes_.placement(index))) *
-                                nodes_.depth(index));
+            timeline.count_work(timeline.frames(nodes_.placement(index)) * nodes_.pose_work(index));
         LayerMaker maker(options_, nodes_, timeline);
         host::Composition& composition = scene_.composition;
         composition.name = host::utf8_path(name()).stem().string();

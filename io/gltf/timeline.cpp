@@ -9,7 +9,7 @@ namespace zam::io::gltf {
 namespace {
 
 constexpr int kMostFrames = 100'000;
-constexpr double kMostWork = 5e7;             // some three seconds
+constexpr double kMostWork = 2.5e8;           // some three seconds
 constexpr std::size_t kMostKeys = 5'000'000;  // half a gigabyte of the largest, points
 // Times are stored in single precision: a last key a thousandth of a frame early still counts.
 constexpr double kFrameSlack = 1e-3;
@@ -27,18 +27,18 @@ Timeline::Timeline(const std::string& file, double last_second, const host::Rati
     frames_ = static_cast<int>(std::floor(std::max(last, 0.0) + kFrameSlack)) + 1;
 }
 
-void Timeline::count_work(double values) {
-    work_ += values;
+void Timeline::count_work(double units) {
+    work_ += units;
     if (work_ > kMostWork)
         throw SceneError(file_, {}, "too many animated lights, nodes above them and frames",
-                         "export fewer lights or a shorter range");
+                         "export fewer lights or a shorter range, or use fewer frames per second");
 }
 
 void Timeline::count_keys(std::size_t keys) {
     keys_ += keys;
     if (keys_ > kMostKeys)
         throw SceneError(file_, {}, "too many animated lights and frames",
-                         "export fewer lights or a shorter range");
+                         "export fewer lights or a shorter range, or use fewer frames per second");
 }
 
 }  // namespace zam::io::gltf

@@ -12,6 +12,9 @@ namespace zam::io::gltf {
 
 enum class Variation { still, steps, moves };  // each includes those before it
 
+// What a frame costs, in units of some 10 ns: a node on the way to the outside, and the values of a layer.
+inline constexpr double kNodeWork = 2.0, kLayerWork = 15.0;
+
 inline Variation variation_of(const std::optional<Track>& track) {
     return !track ? Variation::still : track->steps() ? Variation::steps : Variation::moves;
 }
@@ -29,8 +32,8 @@ class Timeline {
     [[nodiscard]] int frames(Variation variation) const {
         return variation == Variation::still ? 1 : frames_;
     }
-    // Counts values that are about to be computed, or keys that are kept; both throw SceneError.
-    void count_work(double values);
+    // Counts work that is about to be done, or keys that are kept; both throw SceneError.
+    void count_work(double units);
     void count_keys(std::size_t keys);
 
   private:

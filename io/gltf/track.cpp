@@ -1,6 +1,7 @@
 #include "io/gltf/track.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 
 #include "host/text.h"
@@ -83,6 +84,11 @@ Track::Track(const Container& file, const JsonValue& sampler, Shape shape) : sha
 Track::Value Track::value(std::size_t index) const {
     const Value& v = values_[interpolation_ == Interpolation::cubic_spline ? 3 * index + 1 : index];
     return shape_ == Shape::rotation ? unit(v) : v;
+}
+
+double Track::work() const {
+    const bool on_arcs = shape_ == Shape::rotation && interpolation_ == Interpolation::linear;
+    return (on_arcs ? 5.0 : 2.0) + static_cast<double>(std::bit_width(times_.size())) / 2.0;
 }
 
 Track::Value Track::at(double seconds) const {

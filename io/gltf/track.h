@@ -25,6 +25,8 @@ class Track {
 
     [[nodiscard]] bool steps() const { return interpolation_ == Interpolation::step; }
     [[nodiscard]] double last_second() const { return times_.back(); }
+    // What at() costs, in the units of Timeline::count_work.
+    [[nodiscard]] double work() const;
     // Before the first time the first value holds, after the last time the last. Rotations are unit
     // quaternions.
     [[nodiscard]] Value at(double seconds) const;

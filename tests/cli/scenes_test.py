@@ -67,6 +67,16 @@ class Scenes(ProgramTest):
         for frame in "12", "-1", "x":
             self.expect(2, "the scene has the frames 0-11", "info", "scene.json", f"--frame={frame}")
 
+    def test_info_of_places_beyond_all_bounds(self):
+        rigs = [{"kind": "null", "id": i, "parent": i + 1, "scale": [1e9] * 3} for i in range(1, 60)]
+        light = {"kind": "light", "type": "point", "parent": 1, "position": [1, 2, 3]}
+        self.write("far.json", {"layers": [light, *rigs, {"kind": "null", "id": 60}]})
+        text = self.expect(0, "", "info", "far.json").stdout
+        self.assertRegex(text, r"(?m)^\"Point light 1\"  point  beyond all bounds  100 %      no: its place is beyond all "
+                               r"bounds: check the scales of its parents$")
+        self.assertIsNone(self.told("info", "far.json")["lights"][0]["position"])
+        self.expect(0, "no light is in these frames", "render", "far.json", "-o", "far.png")
+
     def test_validate(self):
         self.write("bad.json", '{"layers": [\n  {"kind": "light", "cone_angle": 190}]}')
         self.write("control.json", '{"layers": [],\n "effect": {"controls": {"Lok": "Weak"}}}')

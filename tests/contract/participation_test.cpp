@@ -121,6 +121,35 @@ TEST(Participation, AgreesWithTheFramesUnderScaledParents) {
     EXPECT_LT(counted, 18);
 }
 
+// Scales of parents multiply: axes, and then places, leave what the effect takes as numbers. Lights at the anchor stay.
+TEST(Participation, AgreesWithTheFramesBeyondAllBounds) {
+    struct Case {
+        int levels;
+        double offset;
+        int lights;
+    };
+    for (const Case& each : {Case{0, 0.0, 2}, {3, 0.0, 1}, {50, 1.0, 0}})
+        for (const bool scales_camera : {false, true}) {
+            SCOPED_TRACE(testing::Message()
+                         << each.levels << (scales_camera ? " above camera" : " above lights"));
+            Scene scene{{{"Look", 2.0}}};
+            LayerId parent = 0;
+            for (int level = 0; level < each.levels; ++level) {
+                Layer& rig = add_layer(scene.composition, LayerKind::null_object, "Rig", {16, 9, 10});
+                rig.transform.anchor = Vec3{16, 9, 10};
+                rig.transform.scale = Vec3{1e9, 1e9, 1e9};
+                rig.parent = std::exchange(parent, rig.id);
+            }
+            const LayerId spot = add_spot(scene.composition, {16 + each.offset, 9, 10}, {16, 9, 200}).id;
+            const LayerId point = add_point(scene.composition, {16 + each.offset, 9, 10}).id;
+            const LayerId camera = add_camera(scene.composition, {16, 9, -50}, {16, 9, 0}, 50).id;
+            for (const LayerId id : scales_camera ? std::vector{camera} : std::vector{spot, point})
+                scene.composition.find_layer(id)->parent = parent;
+            const int counted = check(scene, 4);
+            EXPECT_TRUE(scales_camera || counted == each.lights) << counted;
+        }
+}
+
 // In and out points at every fraction of odd rates: the effect's seconds are rounded.
 TEST(Participation, AgreesWithTheFramesAtInAndOutPoints) {
     std::mt19937 random(7);

@@ -65,6 +65,18 @@ TEST(Composition, ExcessiveFilesAreRefusedAndNotObeyed) {
     for (std::size_t i = 0; i < kMostJsonValues; ++i) many += ",0";
     EXPECT_THAT(refusal(many + "]"), HasSubstr("2 million"));
     EXPECT_THROW(static_cast<void>(read_file("/dev/zero", 1 << 20)), SceneError);
+    // Each hangs below the next; the first has as many parents as there are others.
+    const auto chain = [](int parents) {
+        std::string layers = "{\"layers\": [";
+        for (int i = 0; i < parents; ++i)
+            layers += R"({"kind": "null", "id": )" + std::to_string(i + 1) + R"(, "parent": )" +
+                      std::to_string(i + 2) + "},\n";
+        return layers + R"({"kind": "null", "id": )" + std::to_string(parents + 1) + "}]}";
+    };
+    EXPECT_EQ(refusal(chain(100)), "");
+    EXPECT_THAT(refusal(chain(101)),
+                testing::AllOf(HasSubstr("scene.json:1:49: layer 1: there are 101 parents above each other"),
+                               HasSubstr("\nhint: fix the layer to one that stands higher")));
 }
 
 TEST(Composition, SmallestSceneHasALightBelowItsHaze) {

@@ -1,11 +1,14 @@
 // glTF scenes: where lights and cameras come to stand, and what is refused. The numbers are computed by hand.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <cmath>
 #include <numbers>
 
 #include "host/composition/transforms.h"
+#include "io/input_file.h"
+#include "io/json_document.h"
 #include "tests/unit/io/gltf_file.h"
 
 namespace zam::io {
@@ -199,9 +202,55 @@ TEST(Gltf, MissingBuffersMatterOnlyWhenLightsNeedThem) {
         EXPECT_THAT(refusal(file), HasSubstr("holds control characters")) << folded;
         EXPECT_THAT(refusal(file), testing::Not(HasSubstr("\x1b"))) << folded;
     }
+    std::filesystem::create_directory(file.folder() / "folder");
+    for (const auto& [name, wrong] : {std::pair<std::string, const char*>{"folder", "\"folder\" is a folder"},
+                                      {std::string(5000, 'x'), "has too long a name"}}) {
+        file.uri = name;
+        EXPECT_THAT(refusal(file),
+                    testing::AllOf(HasSubstr("/buffers/0/uri: the buffer file "), HasSubstr(wrong)));
+    }
+#ifndef _WIN32
+    ASSERT_EQ(mkfifo((file.folder() / "pipe").c_str(), 0600), 0);
+    file.uri = "pipe";
+    EXPECT_THAT(refusal(file), HasSubstr("\"pipe\" is a pipe or a device"));
+#endif
     file.uri.clear();
     file.more = R"("extensionsRequired": ["EXT_meshopt_compression"])";
     EXPECT_THAT(refusal(file), HasSubstr("/buffers/0: the buffer stands for compressed data"));
+}
+
+TEST(Gltf, ListsMustBeLists) {
+    GltfFile file;
+    for (const char* nodes : {"5", "{\"a\": {}}", "\"x\"", "null"}) {
+        const std::string name = file.write();
+        std::string text = read_file(name, kLargestJson);
+        const auto from = text.find("\"nodes\": "), to = text.find("}}}]");
+        text.replace(from, to + 4 - from, std::string("\"nodes\": ") + nodes);
+        std::ofstream(name) << text;
+        EXPECT_THAT(message_of<SceneError>([&] { return gltf::read_gltf(name, small_options()); }),
+                    testing::AllOf(HasSubstr("/nodes: this is "), HasSubstr(", not an array\nhint: ")))
+            << nodes;
+    }
+}
+
+// Its header gives a binary file's length, the length of each chunk stands before it.
+TEST(Gltf, LengthsOfBinaryFilesMustAgree) {
+    GltfFile file;
+    file.store = GltfFile::Store::chunk;
+    file.animate(0, "translation", "LINEAR", {0, 1}, {0, 0, 0, 1, 2, 3});
+    const std::string name = file.write(), whole = read_file(name, kLargestJson);
+    const auto refused_with = [&](std::size_t at, std::size_t number) {
+        std::string bytes = whole;
+        for (std::size_t i = 0; i < 4; ++i) bytes[at + i] = static_cast<char>(number >> 8 * i & 0xFF);
+        std::ofstream(name, std::ios::binary) << bytes;
+        return message_of<SceneError>([&] { return gltf::read_gltf(name, small_options()); });
+    };
+    const std::string size = std::to_string(whole.size());
+    EXPECT_EQ(refused_with(8, whole.size()), "");
+    EXPECT_THAT(refused_with(8, 5), HasSubstr("the header gives the file 5 bytes, the JSON chunk ends at "));
+    EXPECT_THAT(refused_with(8, whole.size() - 1), HasSubstr("the chunk behind the JSON ends at " + size));
+    EXPECT_THAT(refused_with(12, whole.size()), HasSubstr("the JSON chunk ends at "));
+    EXPECT_THAT(refused_with(12, 0xFFFFFFFF), HasSubstr("the JSON chunk is larger than 64 MiB"));
 }
 
 TEST(Gltf, RefusalsNamePlaceAndWayOut) {
@@ -228,7 +277,18 @@ TEST(Gltf, RefusalsNamePlaceAndWayOut) {
         {point, R"({"extensions": {"KHR_lights_punctual": {"light": 1}}})", "",
          ":5:50: /nodes/0/extensions/KHR_lights_punctual/light: there is no such light: the file defines 1"},
         {point, R"({"camera": 0})", "", "/nodes/0/camera: there is no element 0 in cameras"},
-        {point, R"({"extensions": []})", "", "/nodes/0/extensions: extensions is an array"},
+        {point, R"({"extensions": []})", "", "/nodes/0/extensions: this is an array, not an object"},
+        {point, R"({}, null)", "", "/nodes/1: this is null, not an object"},
+        {point, R"({"children": 1}, {})", "", "/nodes/0/children: this is a number, not an array"},
+        {R"("x")", carrier, "", "lights/0: this is a text, not an object"},
+        {point, carrier, R"("scenes": {})", "/scenes: this is an object, not an array"},
+        {point, carrier, R"("scenes": [[]])", "/scenes/0: this is an array, not an object"},
+        {point, carrier, R"("scenes": [{"nodes": true}])", "/scenes/0/nodes: this is true or false"},
+        {point, carrier, R"("animations": [5])", "/animations/0: this is a number, not an object"},
+        {point, carrier, R"("animations": [{"samplers": {}, "channels": []}])",
+         "/animations/0/samplers: this is an object, not an array"},
+        {point, carrier, R"("extensionsRequired": "EXT_fog")", "/extensionsRequired: this is a text"},
+        {point, carrier, R"("extensionsRequired": [1])", "an extension is a number, not a text"},
         {point, R"({"rotation": [0, 0, 0]})", "", "/nodes/0/rotation: rotation is not an array of 4"},
         {point, R"({"rotation": [0, 0, 0, 0]})", "", "no unit quaternion"},
         {point, R"({"children": [1]}, {"children": [0]})", R"("scenes": [{"nodes": [0]}])",
@@ -294,6 +354,19 @@ TEST(Gltf, ExcessiveScenesAreRefusedAndNotObeyed) {
     for (int i = 2; i < 2500; ++i) work.nodes += R"(, {"extensions": {"KHR_lights_punctual": {"light": 0}}})";
     work.animate(0, "translation", "LINEAR", {0, 4000}, {0, 0, 0, 1, 1, 1});
     EXPECT_THAT(refusal(work), HasSubstr("too many animated lights"));
+    // One light, far down; what moves each node on the way counts as well.
+    GltfFile chain;
+    chain.nodes = R"({"children": [1]})";
+    for (int i = 1; i < 500; ++i) chain.nodes += R"(, {"children": [)" + std::to_string(i + 1) + "]}";
+    chain.nodes += R"(, {"extensions": {"KHR_lights_punctual": {"light": 0}}})";
+    chain.animate(0, "translation", "LINEAR", {0, 100}, {0, 0, 0, 1, 1, 1});
+    EXPECT_EQ(read_small(chain).composition.duration, 2401);
+    for (int i = 0; i < 500; ++i) {
+        chain.animate(i, "rotation", "LINEAR", {0, 4000}, {0, 0, 0, 1, 0, 1, 0, 0});
+        chain.animate(i, "scale", "LINEAR", {0, 4000}, {0, 0, 0, 0, 0, 0});
+    }
+    EXPECT_THAT(refusal(chain), testing::AllOf(HasSubstr("too many animated lights"),
+                                               HasSubstr("\nhint: export fewer lights or a shorter range")));
     // Many members of one object are no fault, and none is overlooked.
     for (int i = 0; i < 100; ++i)
         members.more += (i > 0 ? ", \"" : "\"") + std::to_string(i * 7919) + "\": 0";
