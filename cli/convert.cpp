@@ -12,6 +12,7 @@
 #include "host/runner/session.h"
 #include "io/composition_reader.h"
 #include "io/composition_writer.h"
+#include "io/read_scene.h"
 #include "io/scene_error.h"
 #include "io/whole_file.h"
 
@@ -52,19 +53,39 @@ void check_output(const Options& options) {
         throw UsageError("-o " + options.output + ": that is the scene itself\nhint: give another name");
 }
 
+std::string text_of(const host::Composition& composition, const std::string& file) {
+    try {
+        return io::composition_text(composition);
+    } catch (const io::CompositionTooLarge& error) {
+        throw io::SceneError(file, {}, error.what(),
+                             io::is_gltf(file)
+                                 ? "ask for fewer frames per second by --fps, or export a shorter "
+                                   "range or fewer animated lights"
+                                 : "split the scene");
+    }
+}
+
+// What cannot be read again is no scene. The text has no name yet, and its lines mean nothing to anybody.
+void check_text(const std::string& text, const std::string& file) {
+    try {
+        static_cast<void>(io::read_composition(io::parse_json("", text)));
+    } catch (const io::SceneError& error) {
+        const std::string told = error.what();
+        const auto from = told.find(": ") + 2;
+        throw io::SceneError(file, {},
+                             "the scene has what a JSON composition cannot hold: " +
+                                 told.substr(from, told.find("\nhint: ") - from),
+                             "change that in the scene, or with the options for glTF scenes");
+    }
+}
+
 void convert(const Options& options) {
     check_output(options);
     io::Scene scene = load_scene(options.scene, options.quiet, kExample);
     add_controls(options, scene.composition);
-    const std::string text = io::composition_text(scene.composition);
-    try {  // what cannot be read again is no scene
-        static_cast<void>(io::read_composition(io::parse_json(options.output, text)));
-    } catch (const io::SceneError& error) {
-        throw io::SceneError(
-            options.scene.file, {},
-            std::string("the scene has what a JSON composition cannot hold: ") + error.what(),
-            "change that in the scene, or with the options for glTF scenes");
-    }
+    const std::string text = text_of(scene.composition, options.scene.file);
+    scene = {};
+    check_text(text, options.scene.file);
     io::make_folders_for(options.output);
     io::WholeFile file(options.output);
     file.write(text.data(), text.size());

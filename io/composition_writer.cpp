@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "io/effect_layer.h"
+#include "io/json_document.h"
 #include "io/json_layout.h"
 #include "io/keyframes.h"
 
@@ -32,6 +33,27 @@ Json plain(const host::ControlValue& value) {
     return std::get<std::string>(value);
 }
 
+// The numbers and lists that a value becomes.
+std::size_t values_of(const host::Vec3&) { return 4; }
+std::size_t values_of(const host::Color&) { return 4; }
+std::size_t values_of(const host::Matrix&) { return 13; }
+std::size_t values_of(double) { return 1; }
+std::size_t values_of(const host::ControlValue&) { return 1; }
+
+std::size_t count_values(const Json& json) {
+    std::size_t count = 1;
+    if (json.is_structured())
+        for (const Json& child : json) count += count_values(child);
+    return count;
+}
+
+void check_values(std::size_t count) {
+    if (count > kMostJsonValues)
+        throw CompositionTooLarge("as a JSON composition it would hold more than " +
+                                  std::to_string(kMostJsonValues / 1'000'000) +
+                                  " million values, the most that a scene may hold");
+}
+
 // A number that divided by `divisor`, as the reader does, gives `quotient` to the last bit, if there is one near.
 double undivided(double quotient, double divisor) {
     const double guess = quotient * divisor;
@@ -53,6 +75,7 @@ class CompositionWriter {
         if (c.work_area_start != 0 || c.work_area_duration != c.duration)
             root["work_area"] = {c.work_area_start, c.work_area_start + c.work_area_duration - 1};
         const bool made = carrier_is_made();
+        values_ = 0;
         root["layers"] = Json::array();
         for (const host::Layer& layer : c.layers)
             if (!made || layer.id != c.effect.layer) root["layers"].push_back(layer_of(layer));
@@ -60,14 +83,24 @@ class CompositionWriter {
         if (!made) effect["layer"] = reference(c.effect.layer);
         if (!c.effect.controls.empty()) effect["controls"] = controls();
         if (!effect.empty()) root["effect"] = std::move(effect);
-        return layout(root) + "\n";
+        check_values(count_values(root));
+        std::string text = layout(root) + "\n";
+        if (text.size() > kLargestJson)
+            throw CompositionTooLarge("as a JSON composition it would be larger than " +
+                                      std::to_string(kLargestJson >> 20) +
+                                      " MiB, the most that a scene may take");
+        return text;
     }
 
   private:
     template <class T, class ToJson>
     [[nodiscard]] Json animated(const host::Animated<T>& value, ToJson to_json) const {
         if (!value.varies()) return to_json(value.constant);
-        if (is_sampled(value)) {
+        // A key that is no sample is a list of its own, with its frame.
+        const bool sampled = is_sampled(value);
+        values_ += value.keys.size() * (values_of(value.constant) + (sampled ? 0 : 2));
+        check_values(values_);
+        if (sampled) {
             Json samples = Json::array();
             for (const auto& key : value.keys) samples.push_back(to_json(key.value));
             Json result = {{"samples", std::move(samples)}};
@@ -248,6 +281,7 @@ class CompositionWriter {
     }
 
     const host::Composition& composition_;
+    mutable std::size_t values_ = 0;  // that keys have become so far
 };
 
 }  // namespace

@@ -16,7 +16,7 @@ void start_line(std::size_t indent, std::string& text) {
     text.append(indent, ' ');
 }
 
-// {"key": [1, 2]}, on one line
+// {"key": [1, 2]}, on one line, or its beginning when that is too long for any line.
 void put_compact(const Json& value, std::string& text) {
     if (!value.is_structured()) {
         text += word(value);
@@ -25,6 +25,7 @@ void put_compact(const Json& value, std::string& text) {
     text += value.is_array() ? '[' : '{';
     bool first = true;
     for (const auto& [name, child] : value.items()) {
+        if (text.size() > kWidth) return;
         if (!first) text += ", ";
         first = false;
         if (value.is_object()) text += word(name) + ": ";

@@ -3,8 +3,10 @@
     scenes_test.py ROOT PROGRAM...
 """
 
+import base64
 import json
 import os
+import struct
 import sys
 import unittest
 import unittest.mock
@@ -153,6 +155,26 @@ class Scenes(ProgramTest):
         self.assertEqual((self.folder / "scene.json").read_text(), before)
         (self.folder / "taken.json").mkdir()
         self.expect(5, "taken.json: cannot write the file", "convert", "scene.json", "-o", "taken.json")
+
+    def test_convert_counts_before_it_writes(self):
+        # Five spot lights below a node that turns for ten minutes; a place and an orientation for each frame.
+        numbers = base64.b64encode(struct.pack("<16f", 0, 600, 0, 0, 0, 1, 0, 1, 0, 0, 1, 1, 1, 9, 9, 9)).decode()
+        views = [{"buffer": 0, "byteOffset": at, "byteLength": size} for at, size in ((0, 8), (8, 32), (40, 24))]
+        light = {"extensions": {"KHR_lights_punctual": {"light": 0}}}
+        self.write("long.gltf", {
+            "asset": {"version": "2.0"}, "nodes": [{"children": [1, 2, 3, 4, 5]}, *[light] * 5],
+            "extensions": {"KHR_lights_punctual": {"lights": [{"type": "spot", "spot": {}}]}},
+            "animations": [{"samplers": [{"input": 0, "output": 1}, {"input": 0, "output": 2}],
+                            "channels": [{"sampler": 0, "target": {"node": 0, "path": "rotation"}},
+                                         {"sampler": 1, "target": {"node": 0, "path": "translation"}}]}],
+            "accessors": [{"bufferView": i, "componentType": 5126, "count": 2, "type": kind}
+                          for i, kind in enumerate(("SCALAR", "VEC4", "VEC3"))],
+            "bufferViews": views,
+            "buffers": [{"byteLength": 64, "uri": "data:application/octet-stream;base64," + numbers}]})
+        run = self.expect(3, "more than 2 million values", "convert", "long.gltf", "-o", "long.json", "--fps", "120")
+        self.assertRegex(run.stderr, r"(?m)^zam: long.gltf: as a JSON composition .*\nzam: hint: ask for fewer frames per second")
+        self.assertFalse((self.folder / "long.json").exists())
+        self.expect(0, "", "convert", "long.gltf", "-o", "long.json", "--fps", "2")
 
     def test_explain(self):
         def alphas(x, y, *hidden, look="Linear"):
