@@ -37,9 +37,10 @@ endforeach()
 
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/presets DESTINATION .)
 # The manual, with what it leads to in the same places.
-foreach(name manual.md presets.md output.md scene-format.md gltf.md composition.schema.json)
+foreach(name manual.md presets.md output.md scene-format.md after-effects.md gltf.md composition.schema.json)
     install(FILES ${PROJECT_SOURCE_DIR}/docs/${name} DESTINATION docs)
 endforeach()
+install(FILES ${PROJECT_SOURCE_DIR}/tools/export-comp.jsx DESTINATION tools)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/manual DESTINATION docs)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/images/manual DESTINATION docs/images)
 

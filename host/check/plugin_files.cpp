@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "host/text.h"
+#include "host/utf8_path.h"
 
 namespace zam::host {
 namespace fs = std::filesystem;
@@ -78,7 +79,7 @@ std::optional<Bundle> read_bundle(const fs::path& folder, Report& report) {
         report.fail(Check::bundle, "CFBundleExecutable names no file");
         return std::nullopt;
     }
-    Bundle bundle{contents / "MacOS" / name, contents / "Resources" / (name + ".rsrc")};
+    Bundle bundle{contents / "MacOS" / utf8_path(name), contents / "Resources" / utf8_path(name + ".rsrc")};
     std::error_code error;
     if (!fs::is_regular_file(bundle.resources, error)) bundle.resources.clear();
     report.pass(Check::bundle);

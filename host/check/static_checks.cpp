@@ -5,6 +5,7 @@
 #include "host/check/library_file.h"
 #include "host/check/plugin_files.h"
 #include "host/check/property_list.h"
+#include "host/utf8_path.h"
 
 namespace zam::host {
 namespace fs = std::filesystem;
@@ -55,19 +56,21 @@ class Checker {
     }
 
     StaticResult run() {
-        fs::path resource_file = result_.library;
+        fs::path file = utf8_path(result_.library);
+        fs::path resource_file = file;
         resource_file.replace_extension(".rsrc");
         std::error_code error;
-        if (fs::is_directory(result_.library, error)) {
+        if (fs::is_directory(file, error)) {
             in_bundle_ = true;
-            const auto bundle = read_bundle(result_.library, report_);
+            const auto bundle = read_bundle(file, report_);
             if (!bundle) return result_;
-            result_.library = bundle->executable.string();
+            file = bundle->executable;
+            result_.library = file.string();
             resource_file = bundle->resources;
         } else {
             report_.skip(Check::bundle, "it is a single file");
         }
-        const auto bytes = read_plugin_file(result_.library, report_);
+        const auto bytes = read_plugin_file(file, report_);
         if (!bytes || !read_library_file(*bytes)) return result_;
         if (library_.property_resources.empty() && library_.format != Format::windows &&
             !resource_file.empty() && fs::is_regular_file(resource_file, error))

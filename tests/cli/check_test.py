@@ -106,6 +106,9 @@ class CheckTest(unittest.TestCase):
                 continue
             self.assertEqual(failed(check(file)), [wanted], file)
 
+    def test_names_are_in_utf8(self):
+        self.assertEqual(failed(check(shutil.copy(BROKEN / "sound.so", self.folder / "süß ö.so"))), [])
+
     def test_damaged_libraries(self):
         whole = (BROKEN / "sound.so").read_bytes()
         file = self.folder / "damaged.so"
