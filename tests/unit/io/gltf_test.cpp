@@ -203,17 +203,17 @@ TEST(Gltf, MissingBuffersMatterOnlyWhenLightsNeedThem) {
         EXPECT_THAT(refusal(file), testing::Not(HasSubstr("\x1b"))) << folded;
     }
     std::filesystem::create_directory(file.folder() / "folder");
-    for (const auto& [name, wrong] : {std::pair<std::string, const char*>{"folder", "\"folder\" is a folder"},
-                                      {std::string(5000, 'x'), "has too long a name"}}) {
+    std::vector<std::pair<std::string, const char*>> no_files = {{"folder", "\"folder\" is a folder"}};
+#ifndef _WIN32
+    ASSERT_EQ(mkfifo((file.folder() / "pipe").c_str(), 0600), 0);
+    no_files.emplace_back("pipe", "\"pipe\" is a pipe or a device");
+    no_files.emplace_back(std::string(5000, 'x'), "has too long a name");
+#endif
+    for (const auto& [name, wrong] : no_files) {
         file.uri = name;
         EXPECT_THAT(refusal(file),
                     testing::AllOf(HasSubstr("/buffers/0/uri: the buffer file "), HasSubstr(wrong)));
     }
-#ifndef _WIN32
-    ASSERT_EQ(mkfifo((file.folder() / "pipe").c_str(), 0600), 0);
-    file.uri = "pipe";
-    EXPECT_THAT(refusal(file), HasSubstr("\"pipe\" is a pipe or a device"));
-#endif
     file.uri.clear();
     file.more = R"("extensionsRequired": ["EXT_meshopt_compression"])";
     EXPECT_THAT(refusal(file), HasSubstr("/buffers/0: the buffer stands for compressed data"));
